@@ -1,0 +1,172 @@
+#include "builder/VrnAPI.h"
+
+#include "builder/Platforms.h"
+#include "entity/VrnApiAttribute.h"
+#include "entity/VrnApiEntity.h"
+#include "keys/VrnApiForeignKey.h"
+#include "keys/VrnApiIndex.h"
+
+IMPLEMENT_DYNCREATE(CVrnAPI, CCmdTarget)
+
+namespace {
+
+// Texts of the host's string table that name the model's own rows.
+constexpr unsigned kProductNameText = 1008;
+constexpr unsigned kModelNameText = 1349;
+constexpr unsigned kDiagramNameText = 1362;
+
+// The version number written into the version and diagram rows.
+constexpr u32 kModelVersionNo = 210;
+
+CString LoadText(unsigned id) {
+    CString text;
+    text.LoadString(id);
+    return text;
+}
+
+template <class Row>
+void EmptyList(CTypedPtrList<CPtrList, Row*>& list) {
+    while (!list.IsEmpty()) delete list.RemoveHead();
+}
+
+template <class Row>
+void OutputList(CTypedPtrList<CPtrList, Row*>& list) {
+    for (POSITION pos = list.GetHeadPosition(); pos;) list.GetNext(pos)->OutputRow();
+}
+
+}  // namespace
+
+CVrnAPI::CVrnAPI()
+    : m_bFlag(1),
+      m_dbType(0),
+      m_pVrnFile(nullptr),
+      m_pNameSpaceMgr(nullptr),
+      m_pGuidMgr(nullptr),
+      m_pPropertyMgr(nullptr),
+      m_modelId(0) {
+    (void)m_bFlag;
+}
+
+CVrnAPI::~CVrnAPI() {
+    delete m_pNameSpaceMgr;
+    m_pNameSpaceMgr = nullptr;
+    delete m_pGuidMgr;
+    m_pGuidMgr = nullptr;
+    delete m_pPropertyMgr;
+    m_pPropertyMgr = nullptr;
+    delete m_pVrnFile;
+    m_pVrnFile = nullptr;
+
+    EmptyList(m_entityList);
+    EmptyList(m_foreignKeyList);
+    EmptyList(m_checkConstraintList);
+    EmptyList(m_defaultList);
+    EmptyList(m_ruleList);
+    EmptyList(m_userDatatypeList);
+    EmptyList(m_triggerList);
+    EmptyList(m_procedureList);
+    EmptyList(m_packageList);
+    EmptyList(m_referencedObjectList);
+    EmptyList(m_storageObjectList);
+}
+
+int CVrnAPI::Initialize(int dbType, const char* path) {
+    if (m_pVrnFile) {
+        m_retiredManagers.push_back(CRetiredManagers{std::unique_ptr<CNameSpaceMgr>(m_pNameSpaceMgr),
+                                                     std::unique_ptr<CGuidMgr>(m_pGuidMgr),
+                                                     std::unique_ptr<CPropertyMgr>(m_pPropertyMgr),
+                                                     std::unique_ptr<CVrnFile>(m_pVrnFile)});
+        m_pNameSpaceMgr = nullptr;
+        m_pGuidMgr = nullptr;
+        m_pPropertyMgr = nullptr;
+    }
+    m_pVrnFile = new CVrnFile;
+    if (path && !m_pVrnFile->Open(path)) return 0;
+
+    // Sizing for a new model; an opened file brings its own contents.
+    const bool opened = path != nullptr;
+    const unsigned nameSpaceSize = opened ? 0 : 499;
+    const unsigned objectTypeSize = opened ? 0 : 199;
+    const int openedFlag = opened ? 1 : 0;
+
+    m_pNameSpaceMgr = new CNameSpaceMgr(m_pVrnFile);
+    m_pGuidMgr = new CGuidMgr(m_pVrnFile, 0);
+    m_dbType = dbType;
+    m_pNameSpaceMgr->Init(nameSpaceSize, nameSpaceSize, 0, openedFlag, 0);
+    m_pGuidMgr->Init(objectTypeSize, 530);
+    m_pVrnFile->GetIdentityMgr()->Init();
+    // The property manager deliberately gets no object type manager.
+    m_pPropertyMgr = new CPropertyMgr(m_pVrnFile, nullptr);
+    m_pPropertyMgr->Init();
+    return 1;
+}
+
+unsigned long CVrnAPI::AllocKey(int keyClass) {
+    // Before a successful Initialize there is no key allocator: no key is made.
+    if (!m_pVrnFile || !m_pNameSpaceMgr) return 0;
+    return m_pVrnFile->GetIdentityMgr()->AllocKeyValue(keyClass);
+}
+
+void CVrnAPI::WriteModelRows(const char* path) {
+    std::unique_ptr<CNSOutputVersion> version(static_cast<CNSOutputVersion*>(RowObjectClassFactory(110)));
+    version->m_versionNo = kModelVersionNo;
+    version->m_product.Set(0, LoadText(kProductNameText));
+    version->OutputRow();
+
+    std::unique_ptr<CNSOutputDiagram> diagram(static_cast<CNSOutputDiagram*>(RowObjectClassFactory(29)));
+    diagram->m_diagramNo = 1;
+    diagram->m_versionNo = kModelVersionNo;
+    // Taken separately, creation first: the two may differ by a tick.
+    diagram->m_created = CVrnDateTime(COleDateTime::GetCurrentTime());
+    diagram->m_modified = CVrnDateTime(COleDateTime::GetCurrentTime());
+    diagram->m_name = LoadText(kDiagramNameText);
+    diagram->m_formatVersion = "1.0";
+    diagram->m_product = LoadText(kProductNameText);
+    diagram->m_filePath = path;
+    diagram->m_displayLevel = "NameOnly";
+    diagram->OutputRow();
+
+    std::unique_ptr<CNSOutputModel> model(static_cast<CNSOutputModel*>(RowObjectClassFactory(65)));
+    model->m_diagramNo = 1;
+    model->m_modelNo = CurrentModelNo();
+    model->m_n4 = 1;
+    model->m_n5 = 0;
+    model->m_name = LoadText(kModelNameText);
+    model->OutputRow();
+}
+
+int CVrnAPI::SaveToFile(const char* path) {
+    // Without a successful Initialize there is no model file or manager to
+    // write through: nothing is written.
+    if (!m_pVrnFile || !m_pNameSpaceMgr || !m_pGuidMgr || !m_pPropertyMgr) return 0;
+    const CString target(path);  // a null path counts as empty, which the file refuses
+
+    WriteModelRows(target);
+
+    OutputList(m_checkConstraintList);
+    OutputList(m_defaultList);
+    OutputList(m_ruleList);
+    OutputList(m_userDatatypeList);
+    OutputList(m_triggerList);
+    OutputList(m_procedureList);
+    OutputList(m_packageList);
+    OutputList(m_referencedObjectList);
+    OutputList(m_storageObjectList);
+
+    m_pNameSpaceMgr->Save(m_pVrnFile, 1, 1);
+    m_pGuidMgr->Save(m_pVrnFile, nullptr, 0, 0);
+    m_pVrnFile->GetIdentityMgr()->Save(m_pVrnFile);
+    m_pPropertyMgr->Save(m_pVrnFile);
+    // The result is deliberately not examined: the file keeps the reason of a
+    // failed save for the client to ask.
+    m_pVrnFile->Save(target, 0);
+    return 1;
+}
+
+const char* CVrnAPI::GetORVDatatype(const char* datatypeName) const {
+    return TranslateDatatypeName(datatypeName, m_dbType);
+}
+
+void CVrnAPI::SetDB2SqlId(const char* sqlId) { m_db2SqlId = sqlId; }
+
+const char* CVrnAPI::GetDB2SqlId() const { return m_db2SqlId.IsEmpty() ? nullptr : m_db2SqlId.GetString(); }

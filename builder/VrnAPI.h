@@ -1,0 +1,130 @@
+// CVrnAPI: the model builder, the one object through which a client describes
+// a physical data model and writes it into a model file.
+//
+// REQUIRES the calling order: construct (or CreateObject), Initialize once,
+// add and describe objects, SaveToFile once, destroy. Nothing checks the order;
+// where a wrong order would reach a missing model file or manager, the call
+// does nothing and returns 0 or null instead.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "framework/AfxColl.h"
+#include "framework/AfxObject.h"
+#include "framework/AfxString.h"
+#include "store/GuidMgr.h"
+#include "store/IdentityMgr.h"
+#include "store/NSOutput.h"
+#include "store/NameSpaceMgr.h"
+#include "store/PropertyMgr.h"
+#include "store/VrnFile.h"
+
+class CVrnApiEntity;
+class CVrnApiAttribute;
+class CVrnApiIndex;
+class CVrnApiForeignKey;
+
+class CVrnAPI : public CCmdTarget {
+    DECLARE_DYNCREATE(CVrnAPI)
+
+public:
+    CVrnAPI();
+    ~CVrnAPI() override;
+    CVrnAPI(const CVrnAPI&) = delete;
+    CVrnAPI& operator=(const CVrnAPI&) = delete;
+
+    // Makes the model file and managers for platform `dbType`: a new model when
+    // `path` is null, else a continuation of the model file at `path`.
+    // 1 on success; 0 when that file cannot be opened (the model file then
+    // stays, with its reason in GetVrnFile()->GetLastError(), and no managers
+    // are made).
+    int Initialize(int dbType, const char* path);
+    // Completes and writes the model to `path`. Always 1; whether the file was
+    // written is told by GetVrnFile()->GetLastError() being empty.
+    int SaveToFile(const char* path);
+
+    void SetModelId(unsigned long modelId) { m_modelId = static_cast<std::uint32_t>(modelId); }
+
+    int GetDbType() const { return m_dbType; }
+    CVrnFile* GetVrnFile() const { return m_pVrnFile; }
+    CNameSpaceMgr* GetNameSpaceMgr() const { return m_pNameSpaceMgr; }
+    CGuidMgr* GetGuidMgr() const { return m_pGuidMgr; }
+    CPropertyMgr* GetPropertyMgr() const { return m_pPropertyMgr; }
+    CTypedPtrList<CPtrList, CNSOutputPackage*>& GetPackageList() { return m_packageList; }
+
+    // Platforms and datatype names.
+    // The model's datatype code for a bare datatype name (no length, no
+    // blanks), compared without regard to case; null when the name is unknown.
+    const char* GetORVDatatype(const char* datatypeName) const;
+    // The owner given to entities added without one; null or "" clears it.
+    void SetDB2SqlId(const char* sqlId);
+    // Null when no id is set; otherwise valid until the next SetDB2SqlId.
+    const char* GetDB2SqlId() const;
+
+protected:
+    void** GetDTHandle() { return m_dtHandle; }
+    // Makes a new row object of `rowType`, tied to this builder's model file
+    // and managers. The caller owns the result (delete it, or hand it to an
+    // owning list). Null for a row type the factory does not know.
+    CNSOutputBase* RowObjectClassFactory(int rowType);
+
+    // The model number that new rows carry: the one set, or 1 when none was.
+    std::uint32_t CurrentModelNo() const { return m_modelId != 0 ? m_modelId : 1; }
+    // A new key of `keyClass` from the model file's key allocator; 0 before a
+    // successful Initialize.
+    unsigned long AllocKey(int keyClass);
+
+    friend class CVrnApiEntity;
+    friend class CVrnApiIndex;
+    friend class CVrnApiForeignKey;
+
+private:
+    // Managers replaced by a repeated Initialize. Rows made before it still
+    // point at them, so they live on until the builder is destroyed.
+    struct CRetiredManagers {
+        std::unique_ptr<CNameSpaceMgr> nameSpace;
+        std::unique_ptr<CGuidMgr> objectTypes;
+        std::unique_ptr<CPropertyMgr> properties;
+        std::unique_ptr<CVrnFile> file;
+    };
+
+    void WriteModelRows(const char* path);
+
+    int m_bFlag;
+    void** m_dtHandle = nullptr;
+    int m_dbType;
+    // Owning: every entity, in order of adding; saved in this order.
+    CTypedPtrList<CPtrList, CVrnApiEntity*> m_entityList;
+    // Upper-cased name, and upper-cased name + upper-cased owner, to entity.
+    CMapStringToPtr<CVrnApiEntity> m_entityNameMap;
+    CMapIdToPtr<CVrnApiEntity> m_entityMap;
+    CMapIdToPtr<CVrnApiAttribute> m_attributeMap;
+    // Owning: foreign keys whose parent is known, in order of adding.
+    CTypedPtrList<CPtrList, CVrnApiForeignKey*> m_foreignKeyList;
+    // Not owning: foreign keys added before their parent entity was known.
+    CTypedPtrList<CPtrList, CVrnApiForeignKey*> m_pendingForeignKeyList;
+    CMapIdToPtr<CVrnApiForeignKey> m_foreignKeyMap;
+    CMapStringToPtr<void> m_spareNameMap;
+    CMapIdToPtr<CVrnApiIndex> m_indexMap;
+    CMapStringToPtr<CVrnApiIndex> m_indexNameMap;
+    CVrnFile* m_pVrnFile;
+    CNameSpaceMgr* m_pNameSpaceMgr;
+    CGuidMgr* m_pGuidMgr;
+    CPropertyMgr* m_pPropertyMgr;
+    // The nine catalog lists, each owning its rows, each in order of adding;
+    // SaveToFile writes them in this order.
+    CTypedPtrList<CPtrList, CNSOutputCheckConstraints*> m_checkConstraintList;
+    CTypedPtrList<CPtrList, CNSOutputDefaults*> m_defaultList;
+    CTypedPtrList<CPtrList, CNSOutputRules*> m_ruleList;
+    CTypedPtrList<CPtrList, CNSOutputUserDatatype*> m_userDatatypeList;
+    CTypedPtrList<CPtrList, CNSOutputTrigger*> m_triggerList;
+    CTypedPtrList<CPtrList, CNSOutputProc*> m_procedureList;
+    CTypedPtrList<CPtrList, CNSOutputPackage*> m_packageList;
+    CTypedPtrList<CPtrList, CNSOutputReferencedObject*> m_referencedObjectList;
+    CTypedPtrList<CPtrList, CNSOutputStorageObj*> m_storageObjectList;
+    std::uint32_t m_modelId;
+    CString m_db2SqlId;
+    std::vector<CRetiredManagers> m_retiredManagers;
+};

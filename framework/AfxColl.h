@@ -1,0 +1,223 @@
+// The host framework's ordered lists and the maps the library uses internally.
+//
+// CList is a doubly linked list whose nodes never move: a POSITION names one
+// node and stays valid until that node is removed, which is what lets an
+// entity or attribute remember where it sits in the list that holds it.
+// The lists never own what their pointers point to; the containers that do
+// own rows say so where they are declared.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+
+#include "framework/AfxString.h"
+
+struct __POSITION {};
+using POSITION = __POSITION*;
+
+template <class TYPE, class ARG_TYPE = const TYPE&>
+class CList {
+    struct CNode : __POSITION {
+        CNode* pNext;
+        CNode* pPrev;
+        TYPE data;
+        CNode(CNode* prev, CNode* next, ARG_TYPE value) : pNext(next), pPrev(prev), data(value) {}
+    };
+
+public:
+    // The block size of the host framework only tuned its allocator; nodes are
+    // allocated one by one here, so it is accepted and ignored.
+    explicit CList(int blockSize = 10) { (void)blockSize; }
+    ~CList() { RemoveAll(); }
+    CList(const CList&) = delete;
+    CList& operator=(const CList&) = delete;
+
+    int GetCount() const { return m_count; }
+    int GetSize() const { return m_count; }
+    bool IsEmpty() const { return m_count == 0; }
+
+    TYPE& GetHead() { return m_pHead->data; }
+    const TYPE& GetHead() const { return m_pHead->data; }
+    TYPE& GetTail() { return m_pTail->data; }
+    const TYPE& GetTail() const { return m_pTail->data; }
+
+    POSITION AddHead(ARG_TYPE value) {
+        CNode* node = new CNode(nullptr, m_pHead, value);
+        (m_pHead ? m_pHead->pPrev : m_pTail) = node;
+        m_pHead = node;
+        ++m_count;
+        return node;
+    }
+    POSITION AddTail(ARG_TYPE value) {
+        CNode* node = new CNode(m_pTail, nullptr, value);
+        (m_pTail ? m_pTail->pNext : m_pHead) = node;
+        m_pTail = node;
+        ++m_count;
+        return node;
+    }
+    POSITION InsertBefore(POSITION position, ARG_TYPE value) {
+        CNode* at = Node(position);
+        if (!at || at == m_pHead) return AddHead(value);
+        CNode* node = new CNode(at->pPrev, at, value);
+        at->pPrev->pNext = node;
+        at->pPrev = node;
+        ++m_count;
+        return node;
+    }
+    POSITION InsertAfter(POSITION position, ARG_TYPE value) {
+        CNode* at = Node(position);
+        if (!at || at == m_pTail) return AddTail(value);
+        CNode* node = new CNode(at, at->pNext, value);
+        at->pNext->pPrev = node;
+        at->pNext = node;
+        ++m_count;
+        return node;
+    }
+
+    // Removing from an empty list gives a default value instead of faulting.
+    TYPE RemoveHead() {
+        if (!m_pHead) return TYPE();
+        TYPE value = m_pHead->data;
+        RemoveAt(m_pHead);
+        return value;
+    }
+    TYPE RemoveTail() {
+        if (!m_pTail) return TYPE();
+        TYPE value = m_pTail->data;
+        RemoveAt(m_pTail);
+        return value;
+    }
+    void RemoveAt(POSITION position) {
+        CNode* node = Node(position);
+        if (!node) return;
+        (node->pPrev ? node->pPrev->pNext : m_pHead) = node->pNext;
+        (node->pNext ? node->pNext->pPrev : m_pTail) = node->pPrev;
+        delete node;
+        --m_count;
+    }
+    void RemoveAll() {
+        while (m_pHead) {
+            CNode* next = m_pHead->pNext;
+            delete m_pHead;
+            m_pHead = next;
+        }
+        m_pTail = nullptr;
+        m_count = 0;
+    }
+
+    POSITION GetHeadPosition() const { return m_pHead; }
+    POSITION GetTailPosition() const { return m_pTail; }
+    // Returns the element at `position` and moves `position` to the next one
+    // (null after the tail).
+    TYPE& GetNext(POSITION& position) {
+        CNode* node = Node(position);
+        position = node->pNext;
+        return node->data;
+    }
+    const TYPE& GetNext(POSITION& position) const {
+        CNode* node = Node(position);
+        position = node->pNext;
+        return node->data;
+    }
+    TYPE& GetPrev(POSITION& position) {
+        CNode* node = Node(position);
+        position = node->pPrev;
+        return node->data;
+    }
+    TYPE& GetAt(POSITION position) { return Node(position)->data; }
+    const TYPE& GetAt(POSITION position) const { return Node(position)->data; }
+    void SetAt(POSITION position, ARG_TYPE value) { Node(position)->data = value; }
+
+    POSITION Find(ARG_TYPE value, POSITION startAfter = nullptr) const {
+        CNode* node = startAfter ? Node(startAfter)->pNext : m_pHead;
+        for (; node; node = node->pNext)
+            if (node->data == value) return node;
+        return nullptr;
+    }
+    POSITION FindIndex(int index) const {
+        if (index < 0 || index >= m_count) return nullptr;
+        CNode* node = m_pHead;
+        while (index-- > 0) node = node->pNext;
+        return node;
+    }
+
+private:
+    static CNode* Node(POSITION position) { return static_cast<CNode*>(position); }
+
+    CNode* m_pHead = nullptr;
+    CNode* m_pTail = nullptr;
+    int m_count = 0;
+};
+
+using CPtrList = CList<void*, void*>;
+
+class CStringList : public CList<CString, const char*> {
+public:
+    explicit CStringList(int blockSize = 10) : CList<CString, const char*>(blockSize) {}
+};
+
+// A list of pointers of one type, as the host framework types its pointer lists.
+template <class BASE_CLASS, class TYPE>
+class CTypedPtrList : public CList<TYPE, TYPE> {
+public:
+    explicit CTypedPtrList(int blockSize = 10) : CList<TYPE, TYPE>(blockSize) {}
+};
+
+// Identifier-keyed lookup. Adding under a key that is present replaces the
+// stored pointer. Maps are only ever used for lookup, never iterated, so the
+// hash order is invisible.
+template <class TYPE>
+class CMapIdToPtr {
+public:
+    CMapIdToPtr() = default;
+    CMapIdToPtr(const CMapIdToPtr&) = delete;
+    CMapIdToPtr& operator=(const CMapIdToPtr&) = delete;
+
+    void SetAt(std::uint32_t key, TYPE* value) { m_map[key] = value; }
+    bool Lookup(std::uint32_t key, TYPE*& value) const {
+        const auto found = m_map.find(key);
+        value = found == m_map.end() ? nullptr : found->second;
+        return found != m_map.end();
+    }
+    TYPE* Find(std::uint32_t key) const {
+        TYPE* value = nullptr;
+        Lookup(key, value);
+        return value;
+    }
+    bool RemoveKey(std::uint32_t key) { return m_map.erase(key) != 0; }
+    void RemoveAll() { m_map.clear(); }
+    int GetCount() const { return static_cast<int>(m_map.size()); }
+
+private:
+    std::unordered_map<std::uint32_t, TYPE*> m_map;
+};
+
+// Text-keyed lookup, case-sensitive; callers that want case-insensitive lookup
+// upper-case the key before insertion and lookup.
+template <class TYPE>
+class CMapStringToPtr {
+public:
+    CMapStringToPtr() = default;
+    CMapStringToPtr(const CMapStringToPtr&) = delete;
+    CMapStringToPtr& operator=(const CMapStringToPtr&) = delete;
+
+    void SetAt(const char* key, TYPE* value) { m_map[key ? key : ""] = value; }
+    bool Lookup(const char* key, TYPE*& value) const {
+        const auto found = m_map.find(key ? key : "");
+        value = found == m_map.end() ? nullptr : found->second;
+        return found != m_map.end();
+    }
+    TYPE* Find(const char* key) const {
+        TYPE* value = nullptr;
+        Lookup(key, value);
+        return value;
+    }
+    bool RemoveKey(const char* key) { return m_map.erase(key ? key : "") != 0; }
+    void RemoveAll() { m_map.clear(); }
+    int GetCount() const { return static_cast<int>(m_map.size()); }
+
+private:
+    std::unordered_map<std::string, TYPE*> m_map;
+};

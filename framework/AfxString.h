@@ -1,0 +1,74 @@
+// CString: the host framework's 8-bit string, as the exported signatures use it.
+// A thin value type over std::string; it never holds a null pointer, and every
+// operation that takes a const char* treats null as the empty text.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+class CString {
+public:
+    CString() = default;
+    CString(const char* text) : m_text(text ? text : "") {}  // NOLINT: implicit, as in the host framework
+    CString(const std::string& text) : m_text(text) {}      // NOLINT
+    CString(const char* text, int length);
+
+    int GetLength() const { return static_cast<int>(m_text.size()); }
+    bool IsEmpty() const { return m_text.empty(); }
+    void Empty() { m_text.clear(); }
+    operator const char*() const { return m_text.c_str(); }  // NOLINT: the host's implicit conversion
+    const char* GetString() const { return m_text.c_str(); }
+    const std::string& str() const { return m_text; }
+    char GetAt(int index) const;
+
+    CString& operator=(const char* text);
+    CString& operator+=(const char* text);
+    CString& operator+=(char ch);
+    friend CString operator+(const CString& a, const CString& b) { return CString(a.m_text + b.m_text); }
+    friend bool operator==(const CString& a, const CString& b) { return a.m_text == b.m_text; }
+    friend bool operator!=(const CString& a, const CString& b) { return a.m_text != b.m_text; }
+    friend bool operator==(const CString& a, const char* b) { return a.m_text == (b ? b : ""); }
+    friend bool operator!=(const CString& a, const char* b) { return !(a == b); }
+
+    int Compare(const char* other) const;
+    // Folds ASCII letters only: catalog names are compared this way whatever the locale.
+    int CompareNoCase(const char* other) const;
+    void MakeUpper();
+    void MakeLower();
+    int Find(char ch, int start = 0) const;
+    int Find(const char* sub, int start = 0) const;
+    CString Left(int count) const;
+    CString Mid(int first) const;
+    CString Mid(int first, int count) const;
+    void TrimLeft(char ch);
+    void TrimRight(char ch);
+    void TrimLeft();
+    void TrimRight();
+
+    // Loads text number `id` from the host string table; an unregistered number gives "".
+    // Returns true when the host had registered the number.
+    bool LoadString(unsigned id);
+
+    static CString FromInt(long value);
+
+private:
+    std::string m_text;
+};
+
+// Registers (or replaces) text number `id` of the host string table. A null text
+// removes the entry, so that the number loads as empty again.
+void AfxSetResourceString(unsigned id, const char* text);
+
+// Message formatting in the host's style: "%1", "%2", "%3" in the format are
+// replaced by the arguments; every other character, '%' included, is copied as is.
+// The format is data, never a printf format, so a host-supplied text cannot crash
+// the library. Null arguments count as empty texts.
+CString AfxFormatMessage(const char* format, const char* arg1 = nullptr, const char* arg2 = nullptr,
+                         const char* arg3 = nullptr);
+void AfxFormatString1(CString& out, unsigned id, const char* arg1);
+void AfxFormatString2(CString& out, unsigned id, const char* arg1, const char* arg2);
+void AfxFormatString3(CString& out, unsigned id, const char* arg1, const char* arg2, const char* arg3);
+
+// ASCII-only case helpers shared by the name lookups of the whole library.
+char AfxToUpperAscii(char ch);
+int AfxCompareNoCase(const char* a, const char* b);

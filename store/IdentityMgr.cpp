@@ -1,0 +1,42 @@
+#include "store/IdentityMgr.h"
+
+#include <limits>
+
+#include "store/VrnFile.h"
+
+int CIdentityMgr::Init() {
+    m_lastKeys.clear();
+    if (!m_pFile || !m_pFile->IsOpenedFile()) return 1;
+    CStatement stmt = m_pFile->GetDb().Prepare("SELECT key_class, last_key FROM KeyAllocator");
+    while (stmt.Step()) {
+        const std::int64_t last = stmt.ColumnInt(1);
+        if (last > 0) m_lastKeys[static_cast<int>(stmt.ColumnInt(0))] = static_cast<std::uint32_t>(last);
+    }
+    return 1;
+}
+
+unsigned long CIdentityMgr::AllocKeyValue(int keyClass) {
+    std::uint32_t& last = m_lastKeys[keyClass];
+    if (last == std::numeric_limits<std::uint32_t>::max()) return 0;
+    return ++last;
+}
+
+std::uint32_t CIdentityMgr::GetLastKey(int keyClass) const {
+    const auto found = m_lastKeys.find(keyClass);
+    return found == m_lastKeys.end() ? 0 : found->second;
+}
+
+void CIdentityMgr::Save(CVrnFile* file) {
+    if (!file) return;
+    CStoreDb& db = file->GetDb();
+    db.EnsureTransaction();
+    db.Exec("DELETE FROM KeyAllocator");
+    CStatement insert = db.Prepare("INSERT INTO KeyAllocator (key_class, last_key) VALUES (?1, ?2)");
+    for (const auto& entry : m_lastKeys) {
+        if (entry.second == 0) continue;
+        insert.BindInt(1, entry.first);
+        insert.BindInt(2, entry.second);
+        insert.Run();
+        insert.Reset();
+    }
+}

@@ -1,0 +1,215 @@
+// The output classes: one per row table. Each derives first from CNSOutputBase,
+// which ties the row to the model file and managers it is written through, and
+// second from its row base. OutputRow writes the row's current values as one
+// record; it keeps nothing that points into the row, so the caller may delete
+// the row right afterwards.
+//
+// Ownership: whoever makes an output row owns it until it hands it to an
+// owning container; rows are deleted through their virtual destructor.
+#pragma once
+
+#include "framework/AfxObject.h"
+#include "store/RowBases.h"
+
+class CVrnFile;
+class CNameSpaceMgr;
+class CGuidMgr;
+
+class CNSOutputBase : public CObject {
+    DECLARE_DYNAMIC(CNSOutputBase)
+public:
+    CNSOutputBase() = default;
+    ~CNSOutputBase() override = default;
+
+    // Set by the row factory; null on rows made before the model file exists,
+    // whose OutputRow then writes nothing.
+    CVrnFile* m_pVrnFile = nullptr;
+    CNameSpaceMgr* m_pNameSpaceMgr = nullptr;
+    CGuidMgr* m_pGuidMgr = nullptr;
+
+protected:
+    template <class Row>
+    void WriteRow(const Row& row) const;
+};
+
+class CNSOutputVersion : public CNSOutputBase, public CVersionBase {
+public:
+    static constexpr const char* kTableName = "Version";
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const { CVersionBase::ListFields(v); }
+};
+
+class CNSOutputDiagram : public CNSOutputBase, public CDiagramBase {
+public:
+    static constexpr const char* kTableName = "Diagram";
+    CString m_name, m_t2, m_t3, m_formatVersion, m_product, m_filePath, m_t7, m_displayLevel;
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const;
+};
+
+class CNSOutputModel : public CNSOutputBase, public CModelBase {
+public:
+    static constexpr const char* kTableName = "Model";
+    CString m_name;
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const {
+        CModelBase::ListFields(v);
+        v.Text("name", m_name);
+    }
+};
+
+class CNSOutputEntity : public CNSOutputBase, public CEntityBase {
+public:
+    static constexpr const char* kTableName = "Entity";
+    CString m_t1, m_owner, m_entityName, m_tableName, m_definition, m_t6, m_t7;
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const;
+};
+
+class CNSOutputTableStorage : public CNSOutputBase, public CTableStorageBase {
+public:
+    static constexpr const char* kTableName = "TableStorage";
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const { CTableStorageBase::ListFields(v); }
+};
+
+class CNSOutputAttribute : public CNSOutputBase, public CAttributeBase {
+public:
+    static constexpr const char* kTableName = "Attribute";
+    CString m_attributeName, m_columnName, m_roleName, m_datatype, m_userDatatype, m_checkConstraint,
+        m_defaultText, m_text10, m_definition, m_roleNameCopy;
+    // The argument selects an output variant of the store; the builder always passes 0.
+    void OutputRow(int variant);
+    void ListFields(CRowFieldVisitor& v) const;
+};
+
+class CNSOutputPrimaryKey : public CNSOutputBase, public CPrimaryKeyBase {
+public:
+    static constexpr const char* kTableName = "PrimaryKey";
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const { CPrimaryKeyBase::ListFields(v); }
+};
+
+class CNSOutputIndexes : public CNSOutputBase, public CIndexesBase {
+public:
+    static constexpr const char* kTableName = "Indexes";
+    CString m_indexName, m_isUnique, m_clusterFlag, m_t4, m_t5, m_t6, m_t7, m_t8;
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const;
+};
+
+class CNSOutputIndexColumn : public CNSOutputBase, public CIndexColumnBase {
+public:
+    static constexpr const char* kTableName = "IndexColumn";
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const { CIndexColumnBase::ListFields(v); }
+};
+
+class CNSOutputIndexStorage : public CNSOutputBase, public CIndexStorageBase {
+public:
+    static constexpr const char* kTableName = "IndexStorage";
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const { CIndexStorageBase::ListFields(v); }
+};
+
+class CNSOutputForeignKey : public CNSOutputBase, public CForeignKeyBase {
+public:
+    static constexpr const char* kTableName = "ForeignKey";
+    static constexpr int kTextCount = 17;
+    // Text 1 is the relationship type, text 2 the name; the rest are flags and
+    // referential actions (columns t3 … t17).
+    CString m_texts[kTextCount];
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const;
+};
+
+class CNSOutputForeignKeyColumn : public CNSOutputBase, public CForeignKeyColumnBase {
+public:
+    static constexpr const char* kTableName = "ForeignKeyColumn";
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const { CForeignKeyColumnBase::ListFields(v); }
+};
+
+class CNSOutputCheckConstraints : public CNSOutputBase, public CCheckConstraintsBase {
+public:
+    static constexpr const char* kTableName = "CheckConstraints";
+    CString m_name, m_text;
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const {
+        CCheckConstraintsBase::ListFields(v);
+        v.Text("name", m_name);
+        v.Text("text", m_text);
+    }
+};
+
+class CNSOutputDefaults : public CNSOutputBase, public CDefaultsBase {
+public:
+    static constexpr const char* kTableName = "Defaults";
+    CString m_name, m_text;
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const {
+        CDefaultsBase::ListFields(v);
+        v.Text("name", m_name);
+        v.Text("text", m_text);
+    }
+};
+
+class CNSOutputRules : public CNSOutputBase, public CRulesBase {
+public:
+    static constexpr const char* kTableName = "Rules";
+    CString m_name, m_text;
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const {
+        CRulesBase::ListFields(v);
+        v.Text("name", m_name);
+        v.Text("text", m_text);
+    }
+};
+
+class CNSOutputUserDatatype : public CNSOutputBase, public CUserDatatypeBase {
+public:
+    static constexpr const char* kTableName = "UserDatatype";
+    CString m_name, m_datatype, m_t3, m_t4;
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const;
+};
+
+class CNSOutputTrigger : public CNSOutputBase, public CDbTriggerBase {
+public:
+    static constexpr const char* kTableName = "DbTrigger";
+    CString m_owner, m_name, m_t3, m_sqlText;
+    i32 m_trailing = 1;
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const;
+};
+
+class CNSOutputProc : public CNSOutputBase, public CProcBase {
+public:
+    static constexpr const char* kTableName = "Proc";
+    CString m_owner, m_name, m_t3, m_sqlText;
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const;
+};
+
+class CNSOutputPackage : public CNSOutputBase, public CDbPackageBase {
+public:
+    static constexpr const char* kTableName = "DbPackage";
+    CString m_owner, m_name, m_t3, m_specText, m_bodyText;
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const;
+};
+
+class CNSOutputReferencedObject : public CNSOutputBase, public CReferenced_ObjectBase {
+public:
+    static constexpr const char* kTableName = "Referenced_Object";
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const { CReferenced_ObjectBase::ListFields(v); }
+};
+
+class CNSOutputStorageObj : public CNSOutputBase, public CStorage_ObjectBase {
+public:
+    static constexpr const char* kTableName = "Storage_Object";
+    CString m_owner, m_name, m_t3, m_sqlText;
+    void OutputRow();
+    void ListFields(CRowFieldVisitor& v) const;
+};

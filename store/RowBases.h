@@ -1,0 +1,438 @@
+// The row base classes: one per table of the model file, named after it
+// (CEntityBase is table Entity). Each holds the row's numeric and name-space
+// fields in row order and lists them under their column names; the text fields
+// that an output class adds after its base are listed by that output class.
+//
+// Fields that no builder operation sets keep their constructor value (0 or
+// empty); they are columns all the same, named by their place (nN / tN).
+#pragma once
+
+#include <cstdint>
+#include <tuple>
+
+#include "store/DbObjectBase.h"
+
+using u32 = std::uint32_t;
+using i32 = std::int32_t;
+
+// The eleven storage parameter slots of a table or index storage row.
+constexpr int kStorageParamCount = 11;
+
+void ListStorageParams(CRowFieldVisitor& v, const i32 (&params)[kStorageParamCount]);
+
+class CVersionBase : public CRowBaseT<CVersionBase> {
+public:
+    u32 m_versionNo = 0;
+    u32 m_n2 = 0;
+    CVrnString m_product;
+
+    auto RowKey() const { return std::make_tuple(m_versionNo); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("version_no", m_versionNo);
+        v.Int("n2", m_n2);
+        v.NameSpaceText("product", m_product);
+    }
+};
+
+class CDiagramBase : public CRowBaseT<CDiagramBase> {
+public:
+    u32 m_diagramNo = 0;
+    u32 m_n2 = 0;
+    u32 m_versionNo = 0;
+    CVrnDateTime m_created;
+    CVrnDateTime m_modified;
+
+    auto RowKey() const { return std::make_tuple(m_diagramNo); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("diagram_no", m_diagramNo);
+        v.Int("n2", m_n2);
+        v.Int("version_no", m_versionNo);
+        v.DateTime("created", m_created);
+        v.DateTime("modified", m_modified);
+    }
+};
+
+class CModelBase : public CRowBaseT<CModelBase> {
+public:
+    u32 m_diagramNo = 0;
+    u32 m_modelNo = 0;
+    u32 m_n3 = 0;
+    u32 m_n4 = 0;
+    u32 m_n5 = 0;
+
+    VRN_TECH_KEY(m_modelNo)
+    auto RowKey() const { return std::make_tuple(m_diagramNo, m_modelNo); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("diagram_no", m_diagramNo);
+        v.Int("model_no", m_modelNo);
+        v.Int("n3", m_n3);
+        v.Int("n4", m_n4);
+        v.Int("n5", m_n5);
+    }
+};
+
+class CEntityBase : public CRowBaseT<CEntityBase> {
+public:
+    u32 m_diagramNo = 0;
+    u32 m_modelNo = 0;
+    u32 m_entityKey = 0;
+    u32 m_tableKey = 0;  // the entity key copy
+    u32 m_modelNoCopy = 0;
+
+    VRN_TECH_KEY(m_entityKey)
+    auto RowKey() const { return std::make_tuple(m_entityKey); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("diagram_no", m_diagramNo);
+        v.Int("model_no", m_modelNo);
+        v.Int("entity_key", m_entityKey);
+        v.Int("table_key", m_tableKey);
+        v.Int("model_no_copy", m_modelNoCopy);
+    }
+};
+
+class CTableStorageBase : public CRowBaseT<CTableStorageBase> {
+public:
+    u32 m_diagramNo = 0;
+    u32 m_modelNo = 0;
+    u32 m_entityKey = 0;
+    u32 m_n4 = 0;
+    u32 m_tableKey = 0;
+    CVrnString m_storageSpace;
+    i32 m_params[kStorageParamCount] = {};
+
+    VRN_TECH_KEY(m_tableKey)
+    auto RowKey() const { return std::make_tuple(m_entityKey); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("diagram_no", m_diagramNo);
+        v.Int("model_no", m_modelNo);
+        v.Int("entity_key", m_entityKey);
+        v.Int("n4", m_n4);
+        v.Int("table_key", m_tableKey);
+        v.NameSpaceText("storage_space", m_storageSpace);
+        ListStorageParams(v, m_params);
+    }
+};
+
+class CAttributeBase : public CRowBaseT<CAttributeBase> {
+public:
+    u32 m_diagramNo = 0;
+    u32 m_modelNo = 0;
+    u32 m_entityKey = 0;
+    u32 m_attributeNo = 0;
+    u32 m_attributeId = 0;
+    u32 m_tableKey = 0;
+    u32 m_userDatatypeId = 0;
+    u32 m_ruleId = 0;
+    u32 m_defaultId = 0;
+    i32 m_attributeNameNs = 0;
+    i32 m_columnNameNs = 0;
+    i32 m_definitionNs = 0;
+    i32 m_roleNameNs = 0;
+    i32 m_datatypeNs = 0;
+    i32 m_nullOption = 0;
+    i32 m_width = 0;
+    i32 m_scale = 0;
+    CVrnString m_flagText;
+    i32 m_option12 = 0;
+    i32 m_option13 = 0;
+    u32 m_sequenceNo = 0;
+    i32 m_checkConstraintNs = 0;
+    i32 m_defaultTextNs = 0;
+    i32 m_attributeNameGiven = 0;
+    i32 m_roleNameGiven = 0;
+    i32 m_roleNameCopyGiven = 0;
+    u32 m_parentAttributeNo = 0;
+    i32 m_userDatatypeNs = 0;
+    u32 m_constraintFlags = 0;
+    u32 m_relationKey = 0;  // the key copy of the foreign key that owns a migrated attribute
+    u32 m_nCopy = 0;
+
+    VRN_TECH_KEY(m_attributeId)
+    auto RowKey() const { return std::make_tuple(m_entityKey, m_attributeNo); }
+    void ListFields(CRowFieldVisitor& v) const;
+};
+
+class CPrimaryKeyBase : public CRowBaseT<CPrimaryKeyBase> {
+public:
+    u32 m_diagramNo = 0;
+    u32 m_modelNo = 0;
+    u32 m_entityKey = 0;
+    u32 m_attributeNo = 0;
+    u32 m_n5 = 0;
+    u32 m_attributeId = 0;
+    u32 m_sequenceNo = 0;
+
+    VRN_TECH_KEY(m_entityKey)
+    auto RowKey() const { return std::make_tuple(m_entityKey, m_attributeNo); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("diagram_no", m_diagramNo);
+        v.Int("model_no", m_modelNo);
+        v.Int("entity_key", m_entityKey);
+        v.Int("attribute_no", m_attributeNo);
+        v.Int("n5", m_n5);
+        v.Int("attribute_id", m_attributeId);
+        v.Int("sequence_no", m_sequenceNo);
+    }
+};
+
+class CIndexesBase : public CRowBaseT<CIndexesBase> {
+public:
+    u32 m_diagramNo = 0;
+    u32 m_modelNo = 0;
+    u32 m_entityKey = 0;
+    u32 m_indexNo = 0;
+    u32 m_indexKey = 0;
+    u32 m_tableKey = 0;
+    CVrnString m_keyType;
+
+    VRN_TECH_KEY(m_indexKey)
+    auto RowKey() const { return std::make_tuple(m_entityKey, m_indexNo); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("diagram_no", m_diagramNo);
+        v.Int("model_no", m_modelNo);
+        v.Int("entity_key", m_entityKey);
+        v.Int("index_no", m_indexNo);
+        v.Int("index_key", m_indexKey);
+        v.Int("table_key", m_tableKey);
+        v.NameSpaceText("key_type", m_keyType);
+    }
+};
+
+class CIndexColumnBase : public CRowBaseT<CIndexColumnBase> {
+public:
+    u32 m_diagramNo = 0;
+    u32 m_modelNo = 0;
+    u32 m_entityKey = 0;
+    u32 m_indexNo = 0;
+    u32 m_attributeNo = 0;
+    u32 m_n6 = 0;
+    u32 m_n7 = 0;
+    u32 m_indexKey = 0;
+    u32 m_sequenceNo = 0;
+    CVrnString m_sortOrder;
+
+    VRN_TECH_KEY(m_indexKey)
+    auto RowKey() const { return std::make_tuple(m_indexKey, m_sequenceNo, m_attributeNo); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("diagram_no", m_diagramNo);
+        v.Int("model_no", m_modelNo);
+        v.Int("entity_key", m_entityKey);
+        v.Int("index_no", m_indexNo);
+        v.Int("attribute_no", m_attributeNo);
+        v.Int("n6", m_n6);
+        v.Int("n7", m_n7);
+        v.Int("index_key", m_indexKey);
+        v.Int("sequence_no", m_sequenceNo);
+        v.NameSpaceText("sort_order", m_sortOrder);
+    }
+};
+
+class CIndexStorageBase : public CRowBaseT<CIndexStorageBase> {
+public:
+    u32 m_diagramNo = 0;
+    u32 m_modelNo = 0;
+    u32 m_entityKey = 0;
+    u32 m_indexNo = 0;
+    u32 m_n5 = 0;
+    u32 m_indexKey = 0;
+    CVrnString m_storageSpace;
+    i32 m_params[kStorageParamCount] = {};
+
+    VRN_TECH_KEY(m_indexKey)
+    auto RowKey() const { return std::make_tuple(m_entityKey, m_indexNo); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("diagram_no", m_diagramNo);
+        v.Int("model_no", m_modelNo);
+        v.Int("entity_key", m_entityKey);
+        v.Int("index_no", m_indexNo);
+        v.Int("n5", m_n5);
+        v.Int("index_key", m_indexKey);
+        v.NameSpaceText("storage_space", m_storageSpace);
+        ListStorageParams(v, m_params);
+    }
+};
+
+class CForeignKeyBase : public CRowBaseT<CForeignKeyBase> {
+public:
+    u32 m_diagramNo = 0;
+    u32 m_modelNo = 0;
+    u32 m_fkKeyCopy = 0;
+    u32 m_fkKey = 0;
+    u32 m_n5 = 0;
+    u32 m_n6 = 0;
+    u32 m_parentEntityKey = 0;
+    u32 m_childEntityKey = 0;
+    u32 m_referencedKey = 0;
+    u32 m_n10 = 0;
+    u32 m_n11 = 0;
+    u32 m_n12 = 0;
+    u32 m_n13 = 0;
+    u32 m_n14 = 0;
+    u32 m_n15 = 0;
+
+    VRN_TECH_KEY(m_fkKey)
+    auto RowKey() const { return std::make_tuple(m_fkKey); }
+    void ListFields(CRowFieldVisitor& v) const;
+};
+
+class CForeignKeyColumnBase : public CRowBaseT<CForeignKeyColumnBase> {
+public:
+    u32 m_columnKey = 0;
+    u32 m_diagramNo = 0;
+    u32 m_modelNo = 0;
+    u32 m_fkKeyCopy = 0;
+    u32 m_fkKey = 0;
+    u32 m_sequenceNo = 0;
+    u32 m_parentEntityKey = 0;
+    u32 m_parentAttributeNo = 0;
+    u32 m_childEntityKey = 0;
+    u32 m_childAttributeNo = 0;
+    u32 m_originEntityKey = 0;
+    u32 m_originAttributeNo = 0;
+
+    VRN_TECH_KEY(m_columnKey)
+    auto RowKey() const { return std::make_tuple(m_columnKey); }
+    void ListFields(CRowFieldVisitor& v) const;
+};
+
+class CCheckConstraintsBase : public CRowBaseT<CCheckConstraintsBase> {
+public:
+    u32 m_diagramNo = 0;
+    u32 m_modelNo = 0;
+    u32 m_entityKey = 0;
+    u32 m_constraintNo = 0;
+    u32 m_constraintKey = 0;
+    u32 m_tableKey = 0;
+    u32 m_attributeId = 0;
+    u32 m_attributeNo = 0;
+
+    VRN_TECH_KEY(m_constraintKey)
+    auto RowKey() const { return std::make_tuple(m_constraintKey); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("diagram_no", m_diagramNo);
+        v.Int("model_no", m_modelNo);
+        v.Int("entity_key", m_entityKey);
+        v.Int("constraint_no", m_constraintNo);
+        v.Int("constraint_key", m_constraintKey);
+        v.Int("table_key", m_tableKey);
+        v.Int("attribute_id", m_attributeId);
+        v.Int("attribute_no", m_attributeNo);
+    }
+};
+
+class CDefaultsBase : public CRowBaseT<CDefaultsBase> {
+public:
+    u32 m_defaultId = 0;
+
+    auto RowKey() const { return std::make_tuple(m_defaultId); }
+    void ListFields(CRowFieldVisitor& v) const { v.Int("default_id", m_defaultId); }
+};
+
+class CRulesBase : public CRowBaseT<CRulesBase> {
+public:
+    u32 m_ruleId = 0;
+
+    auto RowKey() const { return std::make_tuple(m_ruleId); }
+    void ListFields(CRowFieldVisitor& v) const { v.Int("rule_id", m_ruleId); }
+};
+
+class CUserDatatypeBase : public CRowBaseT<CUserDatatypeBase> {
+public:
+    u32 m_userDatatypeId = 0;
+    i32 m_length = 0;
+    i32 m_scale = 0;
+    u32 m_defaultId = 0;
+    u32 m_ruleId = 0;
+
+    auto RowKey() const { return std::make_tuple(m_userDatatypeId); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("user_datatype_id", m_userDatatypeId);
+        v.Int("length", m_length);
+        v.Int("scale", m_scale);
+        v.Int("default_id", m_defaultId);
+        v.Int("rule_id", m_ruleId);
+    }
+};
+
+class CDbTriggerBase : public CRowBaseT<CDbTriggerBase> {
+public:
+    u32 m_triggerKey = 0;
+    i32 m_parentValue = 0;
+    i32 m_isInvalid = 0;
+    i32 m_kind = 0;
+
+    VRN_TECH_KEY(m_triggerKey)
+    auto RowKey() const { return std::make_tuple(m_triggerKey); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("trigger_key", m_triggerKey);
+        v.Int("parent_value", m_parentValue);
+        v.Int("is_invalid", m_isInvalid);
+        v.Int("kind", m_kind);
+    }
+};
+
+class CProcBase : public CRowBaseT<CProcBase> {
+public:
+    u32 m_procKey = 0;
+    i32 m_fixedNo = 0;
+    i32 m_kind = 0;
+    i32 m_isInvalid = 0;
+
+    VRN_TECH_KEY(m_procKey)
+    auto RowKey() const { return std::make_tuple(m_procKey); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("proc_key", m_procKey);
+        v.Int("fixed_no", m_fixedNo);
+        v.Int("kind", m_kind);
+        v.Int("is_invalid", m_isInvalid);
+    }
+};
+
+class CDbPackageBase : public CRowBaseT<CDbPackageBase> {
+public:
+    u32 m_packageKey = 0;
+    i32 m_fixedNo = 0;
+
+    VRN_TECH_KEY(m_packageKey)
+    auto RowKey() const { return std::make_tuple(m_packageKey); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("package_key", m_packageKey);
+        v.Int("fixed_no", m_fixedNo);
+    }
+};
+
+class CReferenced_ObjectBase : public CRowBaseT<CReferenced_ObjectBase> {
+public:
+    u32 m_objectKey = 0;
+    i32 m_value1 = 0;
+    i32 m_value2 = 0;
+    i32 m_value3 = 0;
+    u32 m_metaTableKey = 0;
+    i32 m_value4 = 0;
+
+    VRN_TECH_KEY(m_objectKey)
+    auto RowKey() const { return std::make_tuple(m_objectKey); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("object_key", m_objectKey);
+        v.Int("value1", m_value1);
+        v.Int("value2", m_value2);
+        v.Int("value3", m_value3);
+        v.Int("meta_table_key", m_metaTableKey);
+        v.Int("value4", m_value4);
+    }
+};
+
+class CStorage_ObjectBase : public CRowBaseT<CStorage_ObjectBase> {
+public:
+    u32 m_objectKey = 0;
+    i32 m_fixedNo = 0;
+    i32 m_kind = 0;
+
+    VRN_TECH_KEY(m_objectKey)
+    auto RowKey() const { return std::make_tuple(m_objectKey); }
+    void ListFields(CRowFieldVisitor& v) const {
+        v.Int("object_key", m_objectKey);
+        v.Int("fixed_no", m_fixedNo);
+        v.Int("kind", m_kind);
+    }
+};

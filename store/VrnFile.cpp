@@ -1,0 +1,319 @@
+#include "store/VrnFile.h"
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+#include "store/DbObjectBase.h"
+#include "store/IdentityMgr.h"
+#include "store/NameSpaceMgr.h"
+#include "store/RowTables.h"
+
+namespace {
+
+// The managers' tables. They are created with the row tables so that every
+// model file has the same set of tables, whatever it holds.
+struct CManagerTable {
+    const char* name;
+    const char* columns;
+};
+
+const CManagerTable kManagerTables[] = {
+    {"FileInfo", "name TEXT PRIMARY KEY, value TEXT"},
+    {"NameSpace", "ns_id INTEGER PRIMARY KEY, text TEXT"},
+    {"ObjectType", "type_id INTEGER PRIMARY KEY, name TEXT"},
+    {"KeyAllocator", "key_class INTEGER PRIMARY KEY, last_key INTEGER"},
+    {"MetaTable", "meta_table_no INTEGER PRIMARY KEY, tech_key INTEGER, table_name TEXT"},
+    {"Property",
+     "prop_seq INTEGER, owner_kind TEXT, owner_key INTEGER, property_no INTEGER, value_no INTEGER, text TEXT, "
+     "int_arg INTEGER"},
+    {"Partition", "partition_key INTEGER PRIMARY KEY, owner_kind TEXT, owner_key INTEGER, name TEXT, int_arg INTEGER"},
+    {"PropertyValue", "value_no INTEGER PRIMARY KEY, text TEXT"},
+};
+
+// Collects a row table's column definitions from its field listing.
+class CSchemaRecorder final : public CRowFieldVisitor {
+public:
+    std::string columns = "row_seq INTEGER NOT NULL";
+    int count = 0;
+    void Int(const char* column, std::int64_t) override { Add(column, "INTEGER"); }
+    void Text(const char* column, const char*) override { Add(column, "TEXT"); }
+    void NameSpaceText(const char* column, const CVrnString&) override { Add(column, "TEXT"); }
+    void DateTime(const char* column, const CVrnDateTime&) override { Add(column, "TEXT"); }
+
+private:
+    void Add(const char* column, const char* type) {
+        columns += ", " + QuoteIdentifier(column) + " " + type + " NOT NULL";
+        ++count;
+    }
+};
+
+// Binds a row's fields to the table's insert statement, in order.
+class CRowBinder final : public CRowFieldVisitor {
+public:
+    CRowBinder(CStatement& stmt, CNameSpaceMgr* nameSpace) : m_stmt(stmt), m_nameSpace(nameSpace) {}
+    void Int(const char*, std::int64_t value) override { m_stmt.BindInt(++m_index, value); }
+    void Text(const char*, const char* text) override { m_stmt.BindText(++m_index, text ? text : ""); }
+    void NameSpaceText(const char*, const CVrnString& value) override {
+        if (m_nameSpace && !value.m_text.IsEmpty()) m_nameSpace->EnterString(value.m_text);
+        m_stmt.BindText(++m_index, value.m_text);
+    }
+    void DateTime(const char*, const CVrnDateTime& value) override {
+        m_stmt.BindText(++m_index, value.m_dt.FormatIso().c_str());
+    }
+    int Bound() const { return m_index; }
+
+private:
+    CStatement& m_stmt;
+    CNameSpaceMgr* m_nameSpace;
+    int m_index = 1;  // parameter 1 is row_seq
+};
+
+// A file name as a read-only SQLite URI; '%', '?' and '#' would otherwise be
+// read as URI syntax.
+std::string ReadOnlyUri(const std::string& path) {
+    std::string uri = "file:";
+    for (char ch : path) {
+        if (ch == '%' || ch == '?' || ch == '#') {
+            char escaped[4];
+            std::snprintf(escaped, sizeof escaped, "%%%02X", static_cast<unsigned char>(ch));
+            uri += escaped;
+        } else {
+            uri += ch;
+        }
+    }
+    return uri + "?mode=ro";
+}
+
+std::vector<std::string> ColumnNames(CStoreDb& db, const std::string& schema, const std::string& table) {
+    std::vector<std::string> names;
+    CStatement stmt = db.Prepare("PRAGMA " + schema + ".table_info(" + QuoteIdentifier(table) + ")");
+    while (stmt.Step()) names.push_back(stmt.ColumnText(1));
+    return names;
+}
+
+std::vector<std::string> TableNames(CStoreDb& db) {
+    std::vector<std::string> names;
+    CStatement stmt = db.Prepare("SELECT name FROM main.sqlite_master WHERE type = 'table' ORDER BY name");
+    while (stmt.Step()) names.push_back(stmt.ColumnText(0));
+    return names;
+}
+
+std::string Quoted(const std::string& path) { return "'" + path + "'"; }
+
+// Flushes a file or directory to disk; best effort.
+void SyncPath(const std::string& path, int openFlags) {
+    const int fd = ::open(path.c_str(), openFlags);
+    if (fd < 0) return;
+    ::fsync(fd);
+    ::close(fd);
+}
+
+std::string DirectoryOf(const std::string& path) {
+    const std::size_t slash = path.find_last_of('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+}  // namespace
+
+CVrnFile::CVrnFile() : m_pDb(new CStoreDb), m_pIdentityMgr(new CIdentityMgr(this)) {
+    if (!CreateSchema()) m_lastError = "cannot create the model in memory: " + m_pDb->LastError();
+}
+
+CVrnFile::~CVrnFile() = default;
+
+bool CVrnFile::Fail(const std::string& reason) {
+    m_lastError = reason;
+    return false;
+}
+
+bool CVrnFile::CreateSchema() {
+    for (std::size_t i = 0; i < kRowTableCount; ++i) {
+        CSchemaRecorder recorder;
+        kRowTables[i].describe(recorder);
+        if (!m_pDb->Exec("CREATE TABLE " + QuoteIdentifier(kRowTables[i].tableName) + " (" + recorder.columns + ")"))
+            return false;
+    }
+    for (const CManagerTable& table : kManagerTables)
+        if (!m_pDb->Exec("CREATE TABLE " + QuoteIdentifier(table.name) + " (" + table.columns + ")")) return false;
+    return true;
+}
+
+CVrnFile::CInsert* CVrnFile::InsertFor(const char* table) {
+    auto found = m_inserts.find(table);
+    if (found != m_inserts.end()) return &found->second;
+    CSchemaRecorder recorder;
+    for (std::size_t i = 0; i < kRowTableCount; ++i)
+        if (std::strcmp(kRowTables[i].tableName, table) == 0) kRowTables[i].describe(recorder);
+    if (recorder.count == 0) return nullptr;
+    std::string sql = "INSERT INTO " + QuoteIdentifier(table) + " VALUES (?";
+    for (int i = 0; i < recorder.count; ++i) sql += ", ?";
+    CInsert insert;
+    insert.stmt = m_pDb->Prepare(sql + ")");
+    insert.columnCount = recorder.count;
+    if (!insert.stmt.IsValid()) return nullptr;
+    return &m_inserts.emplace(table, std::move(insert)).first->second;
+}
+
+void CVrnFile::WriteRecord(const char* table, CNameSpaceMgr* nameSpace,
+                           const std::function<void(CRowFieldVisitor&)>& listFields) {
+    CInsert* insert = InsertFor(table);
+    if (!insert) return;
+    m_pDb->EnsureTransaction();
+    insert->stmt.BindInt(1, m_nextRowSeq);
+    CRowBinder binder(insert->stmt, nameSpace);
+    listFields(binder);
+    if (insert->stmt.Run()) ++m_nextRowSeq;
+    insert->stmt.Reset();
+}
+
+int CVrnFile::Open(const char* path) {
+    if (!path || !*path) return Fail("cannot open a model file: no path was given");
+    const std::string file(path);
+    struct stat info {};
+    if (::stat(path, &info) != 0) return Fail("cannot open " + Quoted(file) + ": " + std::strerror(errno));
+    if (S_ISDIR(info.st_mode)) return Fail("cannot open " + Quoted(file) + ": it is a directory");
+    if (info.st_size == 0) return Fail(Quoted(file) + " is not a model file: it is empty");
+
+    static const char kSqliteMagic[16] = "SQLite format 3";
+    char header[16] = {};
+    std::FILE* in = std::fopen(path, "rb");
+    if (!in) return Fail("cannot open " + Quoted(file) + ": " + std::strerror(errno));
+    const std::size_t got = std::fread(header, 1, sizeof header, in);
+    std::fclose(in);
+    if (got != sizeof header || std::memcmp(header, kSqliteMagic, sizeof header) != 0)
+        return Fail(Quoted(file) + " is not a model file: it is not an SQLite database");
+
+    m_pDb->Commit();
+    if (!LoadFrom(file)) {
+        m_pDb->Exec("ROLLBACK");
+        m_pDb->Exec("DETACH DATABASE src");
+        return 0;
+    }
+    m_pDb->Exec("DETACH DATABASE src");
+    m_bOpened = true;
+    m_lastError.clear();
+    return 1;
+}
+
+bool CVrnFile::LoadFrom(const std::string& file) {
+    CStatement attach = m_pDb->Prepare("ATTACH DATABASE ?1 AS src");
+    attach.BindText(1, ReadOnlyUri(file).c_str());
+    if (!attach.Run()) return Fail("cannot open " + Quoted(file) + ": " + m_pDb->LastError());
+
+    CStatement check = m_pDb->Prepare("PRAGMA src.quick_check");
+    if (!check.IsValid())
+        return Fail(Quoted(file) + " is not a readable model file: " + m_pDb->LastError());
+    std::string verdict;
+    bool checked = false;
+    while (check.Step()) {
+        checked = true;
+        if (verdict.empty()) verdict = check.ColumnText(0);
+    }
+    if (!checked || verdict != "ok") {
+        const char* detail = sqlite3_errmsg(m_pDb->Handle());
+        return Fail(Quoted(file) + " is damaged and cannot be read (" + (checked ? verdict : detail) + ")");
+    }
+
+    if (m_pDb->QueryInt("SELECT count(*) FROM src.sqlite_master WHERE type = 'table' AND name = 'FileInfo'", 0) == 0)
+        return Fail(Quoted(file) + " is not a model file: it is an SQLite database of another kind");
+    std::string format;
+    std::int64_t version = -1;
+    {
+        CStatement info = m_pDb->Prepare("SELECT name, value FROM src.FileInfo");
+        while (info.Step()) {
+            const std::string name = info.ColumnText(0);
+            if (name == "format") format = info.ColumnText(1);
+            if (name == "format_version") {
+                const std::string text = info.ColumnText(1);
+                char* end = nullptr;
+                const long long parsed = std::strtoll(text.c_str(), &end, 10);
+                if (!text.empty() && end && *end == '\0') version = parsed;
+            }
+        }
+    }
+    if (format != kFormatName)
+        return Fail(Quoted(file) + " is not a model file: its format is '" + format + "', not '" + kFormatName + "'");
+    if (version < 1) return Fail(Quoted(file) + " is not a model file: it has no valid format version");
+    if (version > kFormatVersion)
+        return Fail(Quoted(file) + " was written by a newer version of the library (format version " +
+                    std::to_string(version) + "; this library reads up to " + std::to_string(kFormatVersion) + ")");
+
+    const std::vector<std::string> tables = TableNames(*m_pDb);
+    for (const std::string& table : tables) {
+        if (ColumnNames(*m_pDb, "src", table) != ColumnNames(*m_pDb, "main", table))
+            return Fail(Quoted(file) + " is not a complete model file: table " + table +
+                        " is missing or has other columns");
+    }
+    if (!m_pDb->Exec("BEGIN")) return Fail("cannot load " + Quoted(file) + ": " + m_pDb->LastError());
+    for (const std::string& table : tables) {
+        const std::string name = QuoteIdentifier(table);
+        if (!m_pDb->Exec("INSERT INTO main." + name + " SELECT * FROM src." + name))
+            return Fail("cannot load " + Quoted(file) + ": " + m_pDb->LastError());
+    }
+    if (!m_pDb->Exec("COMMIT")) return Fail("cannot load " + Quoted(file) + ": " + m_pDb->LastError());
+
+    std::int64_t lastRowSeq = 0;
+    for (std::size_t i = 0; i < kRowTableCount; ++i) {
+        const std::string sql = "SELECT max(row_seq) FROM " + QuoteIdentifier(kRowTables[i].tableName);
+        const std::int64_t seq = m_pDb->QueryInt(sql, 0);
+        if (seq > lastRowSeq) lastRowSeq = seq;
+    }
+    m_nextRowSeq = lastRowSeq + 1;
+    return true;
+}
+
+int CVrnFile::Save(const char* path, int /*flags*/) {
+    if (!path || !*path) return Fail("cannot save the model: no path was given");
+    const std::string target(path);
+
+    m_pDb->EnsureTransaction();
+    CStatement info = m_pDb->Prepare("INSERT OR REPLACE INTO FileInfo (name, value) VALUES (?1, ?2)");
+    const std::pair<const char*, std::string> entries[] = {{"format", kFormatName},
+                                                           {"format_version", std::to_string(kFormatVersion)}};
+    for (const auto& entry : entries) {
+        info.BindText(1, entry.first);
+        info.BindText(2, entry.second.c_str());
+        info.Run();
+        info.Reset();
+    }
+    if (!m_pDb->Commit()) return Fail("cannot save " + Quoted(target) + ": " + m_pDb->LastError());
+
+    std::string temp = target + ".XXXXXX";
+    const int fd = ::mkstemp(&temp[0]);
+    if (fd < 0) return Fail("cannot save " + Quoted(target) + ": " + std::strerror(errno));
+    ::close(fd);
+
+    auto abandon = [&](const std::string& reason) {
+        ::unlink(temp.c_str());
+        ::unlink((temp + "-journal").c_str());
+        Fail("cannot save " + Quoted(target) + ": " + reason);
+        return 0;
+    };
+
+    sqlite3* dest = nullptr;
+    if (sqlite3_open_v2(temp.c_str(), &dest, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK) {
+        const std::string reason = dest ? sqlite3_errmsg(dest) : "out of memory";
+        sqlite3_close(dest);
+        return abandon(reason);
+    }
+    sqlite3_backup* backup = sqlite3_backup_init(dest, "main", m_pDb->Handle(), "main");
+    int rc = backup ? sqlite3_backup_step(backup, -1) : sqlite3_errcode(dest);
+    if (backup) sqlite3_backup_finish(backup);
+    const std::string reason = sqlite3_errmsg(dest);
+    if (sqlite3_close(dest) != SQLITE_OK && rc == SQLITE_DONE) rc = SQLITE_IOERR;
+    if (rc != SQLITE_DONE) return abandon(reason);
+
+    SyncPath(temp, O_RDONLY);
+    if (::rename(temp.c_str(), target.c_str()) != 0) return abandon(std::strerror(errno));
+    SyncPath(DirectoryOf(target), O_RDONLY | O_DIRECTORY);
+    m_lastError.clear();
+    return 1;
+}

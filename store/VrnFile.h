@@ -1,0 +1,74 @@
+// CVrnFile: the model file. The model is built in memory (an in-memory SQLite
+// database holding every row table and manager table) and written to disk only
+// by Save, as one atomic replacement of the target file.
+//
+// Open loads an existing model file into memory so that the managers, when
+// initialised for an opened file, continue its name space, object types, keys
+// and properties. Open refuses anything that is not a model file this library
+// can read; Save never leaves a partial file behind. Both keep a readable
+// reason for their last failure in GetLastError().
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+#include "store/StoreDb.h"
+
+class CIdentityMgr;
+class CNameSpaceMgr;
+class CRowFieldVisitor;
+
+class CVrnFile {
+public:
+    // The newest file format this library writes and reads.
+    static constexpr int kFormatVersion = 1;
+    static constexpr const char* kFormatName = "vrn-model";
+
+    CVrnFile();
+    virtual ~CVrnFile();
+    CVrnFile(const CVrnFile&) = delete;
+    CVrnFile& operator=(const CVrnFile&) = delete;
+
+    // Nonzero when `path` is a model file and was loaded; 0 (with a reason)
+    // otherwise, and the model in memory stays empty.
+    int Open(const char* path);
+    // Writes the whole model to `path` atomically: a temporary file beside it,
+    // then a rename. Nonzero on success; on failure 0 with a reason, an existing
+    // file at `path` untouched and no temporary file left. `flags` is reserved (0).
+    int Save(const char* path, int flags);
+
+    // The key allocator; owned by the file.
+    CIdentityMgr* GetIdentityMgr() const { return m_pIdentityMgr.get(); }
+    // Empty until an Open or Save fails.
+    const char* GetLastError() const { return m_lastError.c_str(); }
+    // True once Open has loaded a file.
+    bool IsOpenedFile() const { return m_bOpened; }
+
+    // For the store's own managers and rows.
+    CStoreDb& GetDb() { return *m_pDb; }
+    // Appends one record to `table`; `listFields` lists the row's fields in
+    // order. Name-space texts are entered through `nameSpace` when it is given.
+    void WriteRecord(const char* table, CNameSpaceMgr* nameSpace,
+                     const std::function<void(CRowFieldVisitor&)>& listFields);
+
+private:
+    struct CInsert {
+        CStatement stmt;
+        int columnCount = 0;
+    };
+
+    bool CreateSchema();
+    bool LoadFrom(const std::string& path);
+    bool Fail(const std::string& reason);
+    CInsert* InsertFor(const char* table);
+
+    std::unique_ptr<CStoreDb> m_pDb;
+    std::unique_ptr<CIdentityMgr> m_pIdentityMgr;
+    std::unordered_map<std::string, CInsert> m_inserts;
+    std::int64_t m_nextRowSeq = 1;
+    bool m_bOpened = false;
+    std::string m_lastError;
+};
