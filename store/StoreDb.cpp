@@ -65,6 +65,8 @@ void CStoreDb::NoteError(const std::string& context) {
     if (m_db) m_lastError += std::string(": ") + sqlite3_errmsg(m_db);
 }
 
+std::string CStoreDb::ConnectionError() const { return m_db ? sqlite3_errmsg(m_db) : "no database"; }
+
 bool CStoreDb::Exec(const std::string& sql) {
     if (!m_db) return false;
     char* message = nullptr;

@@ -58,6 +58,8 @@ public:
     bool Commit();
 
     const std::string& LastError() const { return m_lastError; }
+    // The connection's message for its most recent failed call.
+    std::string ConnectionError() const;
     sqlite3* Handle() const { return m_db; }
 
 private:

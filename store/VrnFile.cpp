@@ -206,21 +206,21 @@ int CVrnFile::Open(const char* path) {
 bool CVrnFile::LoadFrom(const std::string& file) {
     CStatement attach = m_pDb->Prepare("ATTACH DATABASE ?1 AS src");
     attach.BindText(1, ReadOnlyUri(file).c_str());
-    if (!attach.Run()) return Fail("cannot open " + Quoted(file) + ": " + m_pDb->LastError());
+    if (!attach.Run())
+        return Fail(Quoted(file) + " is damaged and cannot be read (" + m_pDb->ConnectionError() + ")");
 
     CStatement check = m_pDb->Prepare("PRAGMA src.quick_check");
     if (!check.IsValid())
-        return Fail(Quoted(file) + " is not a readable model file: " + m_pDb->LastError());
+        return Fail(Quoted(file) + " is damaged and cannot be read (" + m_pDb->ConnectionError() + ")");
     std::string verdict;
     bool checked = false;
     while (check.Step()) {
         checked = true;
         if (verdict.empty()) verdict = check.ColumnText(0);
     }
-    if (!checked || verdict != "ok") {
-        const char* detail = sqlite3_errmsg(m_pDb->Handle());
-        return Fail(Quoted(file) + " is damaged and cannot be read (" + (checked ? verdict : detail) + ")");
-    }
+    if (!checked || verdict != "ok")
+        return Fail(Quoted(file) + " is damaged and cannot be read (" +
+                    (checked ? verdict : m_pDb->ConnectionError()) + ")");
 
     if (m_pDb->QueryInt("SELECT count(*) FROM src.sqlite_master WHERE type = 'table' AND name = 'FileInfo'", 0) == 0)
         return Fail(Quoted(file) + " is not a model file: it is an SQLite database of another kind");

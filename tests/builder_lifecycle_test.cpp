@@ -1,1 +1,224 @@
+// The model builder's life: construction, Initialize for a new or an opened
+// model, the rows of the model itself, model numbers, the save, and misuse
+// that must change nothing instead of faulting.
 #include <gtest/gtest.h>
+
+#include "ModelFileReader.h"
+#include "TestBuilder.h"
+
+namespace {
+
+class BuilderLifecycleTest : public ::testing::Test {
+protected:
+    // Saves `builder` to `name` and opens the result for reading.
+    std::unique_ptr<CModelFileReader> SaveAndRead(CVrnAPI& builder, const std::string& name = "model.vrn") {
+        const std::string path = m_dir.File(name);
+        EXPECT_EQ(builder.SaveToFile(path.c_str()), 1);
+        EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
+        return std::make_unique<CModelFileReader>(path);
+    }
+
+    CScratchDir m_dir;
+};
+
+TEST_F(BuilderLifecycleTest, ConstructionSetsNothingUp) {
+    CTestBuilder builder;
+    EXPECT_EQ(builder.GetDbType(), 0);
+    EXPECT_EQ(builder.GetVrnFile(), nullptr);
+    EXPECT_EQ(builder.GetNameSpaceMgr(), nullptr);
+    EXPECT_EQ(builder.GetGuidMgr(), nullptr);
+    EXPECT_EQ(builder.GetPropertyMgr(), nullptr);
+    EXPECT_EQ(builder.GetDTHandle(), nullptr);
+    EXPECT_TRUE(builder.GetPackageList().IsEmpty());
+}
+
+TEST_F(BuilderLifecycleTest, AnEmptyModelSavesItsOwnRowsThenTheManagersTables) {
+    CHostTexts texts("Modeler 4.0", "Physical Model", "Main Diagram");
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(34, nullptr), 1);
+    const std::string path = m_dir.File("empty.vrn");
+    auto reader = SaveAndRead(builder, "empty.vrn");
+
+    const auto version = reader->Rows("Version");
+    ASSERT_EQ(version.size(), 1u);
+    EXPECT_EQ(version[0].at("row_seq"), "1");
+    EXPECT_EQ(version[0].at("version_no"), "210");
+    EXPECT_EQ(version[0].at("product"), "Modeler 4.0");
+
+    const auto diagram = reader->Rows("Diagram");
+    ASSERT_EQ(diagram.size(), 1u);
+    EXPECT_EQ(diagram[0].at("row_seq"), "2");
+    EXPECT_EQ(diagram[0].at("diagram_no"), "1");
+    EXPECT_EQ(diagram[0].at("version_no"), "210");
+    EXPECT_EQ(diagram[0].at("name"), "Main Diagram");
+    EXPECT_EQ(diagram[0].at("t2"), "");
+    EXPECT_EQ(diagram[0].at("t3"), "");
+    EXPECT_EQ(diagram[0].at("format_version"), "1.0");
+    EXPECT_EQ(diagram[0].at("product"), "Modeler 4.0");
+    EXPECT_EQ(diagram[0].at("file_path"), path);
+    EXPECT_EQ(diagram[0].at("t7"), "");
+    EXPECT_EQ(diagram[0].at("display_level"), "NameOnly");
+    EXPECT_LE(diagram[0].at("created"), diagram[0].at("modified"));
+    EXPECT_EQ(diagram[0].at("created").size(), 19u);  // YYYY-MM-DD HH:MM:SS
+
+    const auto model = reader->Rows("Model");
+    ASSERT_EQ(model.size(), 1u);
+    EXPECT_EQ(model[0].at("row_seq"), "3");
+    EXPECT_EQ(model[0].at("diagram_no"), "1");
+    EXPECT_EQ(model[0].at("model_no"), "1");
+    EXPECT_EQ(model[0].at("n3"), "0");
+    EXPECT_EQ(model[0].at("n4"), "1");
+    EXPECT_EQ(model[0].at("n5"), "0");
+    EXPECT_EQ(model[0].at("name"), "Physical Model");
+
+    for (const char* table : {"Entity", "Attribute", "ForeignKey", "Defaults", "DbTrigger", "Storage_Object"})
+        EXPECT_EQ(reader->Count(table), 0) << table;
+    EXPECT_EQ(reader->Scalar("SELECT text FROM NameSpace"), "Modeler 4.0");
+    EXPECT_EQ(reader->Count("MetaTable"), 21);
+    EXPECT_GT(reader->Count("ObjectType"), 0);
+    EXPECT_GT(reader->Count("PropertyValue"), 0);
+    EXPECT_EQ(reader->Count("Property"), 0);
+    EXPECT_EQ(reader->Scalar("SELECT value FROM FileInfo WHERE name = 'format'"), "vrn-model");
+}
+
+TEST_F(BuilderLifecycleTest, UnregisteredHostTextsLeaveTheNamesEmpty) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(1, nullptr), 1);
+    auto reader = SaveAndRead(builder);
+    EXPECT_EQ(reader->Scalar("SELECT product FROM Version"), "");
+    EXPECT_EQ(reader->Scalar("SELECT name || '|' || product FROM Diagram"), "|");
+    EXPECT_EQ(reader->Scalar("SELECT name FROM Model"), "");
+    EXPECT_EQ(reader->Count("NameSpace"), 0);
+}
+
+TEST_F(BuilderLifecycleTest, ModelNumberIsOneUntilOneIsSet) {
+    CVrnAPI unset;
+    ASSERT_EQ(unset.Initialize(34, nullptr), 1);
+    EXPECT_EQ(SaveAndRead(unset, "unset.vrn")->Scalar("SELECT model_no FROM Model"), "1");
+
+    CVrnAPI seven;
+    ASSERT_EQ(seven.Initialize(34, nullptr), 1);
+    seven.SetModelId(7);
+    EXPECT_EQ(SaveAndRead(seven, "seven.vrn")->Scalar("SELECT model_no FROM Model"), "7");
+
+    CVrnAPI reset;
+    ASSERT_EQ(reset.Initialize(34, nullptr), 1);
+    reset.SetModelId(7);
+    reset.SetModelId(0);
+    EXPECT_EQ(SaveAndRead(reset, "reset.vrn")->Scalar("SELECT model_no FROM Model"), "1");
+}
+
+TEST_F(BuilderLifecycleTest, InitializeSizesTheManagersForANewModel) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+    EXPECT_EQ(builder.GetDbType(), 47);
+    EXPECT_EQ(builder.GetNameSpaceMgr()->GetInitTextCount(), 499u);
+    EXPECT_EQ(builder.GetNameSpaceMgr()->GetInitHashSize(), 499u);
+    EXPECT_EQ(builder.GetNameSpaceMgr()->GetInitOpenedFlag(), 0);
+    EXPECT_EQ(builder.GetGuidMgr()->GetInitTypeCount(), 199u);
+    EXPECT_EQ(builder.GetGuidMgr()->GetInitFirstAddedType(), 530u);
+    EXPECT_NE(builder.GetPropertyMgr(), nullptr);
+    EXPECT_FALSE(builder.GetVrnFile()->IsOpenedFile());
+}
+
+TEST_F(BuilderLifecycleTest, InitializeOnAFileContinuesIt) {
+    CVrnAPI first;
+    ASSERT_EQ(first.Initialize(34, nullptr), 1);
+    const std::string path = m_dir.File("model.vrn");
+    first.SaveToFile(path.c_str());
+
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(8, path.c_str()), 1);
+    EXPECT_EQ(builder.GetDbType(), 8);
+    EXPECT_TRUE(builder.GetVrnFile()->IsOpenedFile());
+    EXPECT_EQ(builder.GetNameSpaceMgr()->GetInitTextCount(), 0u);
+    EXPECT_EQ(builder.GetNameSpaceMgr()->GetInitHashSize(), 0u);
+    EXPECT_EQ(builder.GetNameSpaceMgr()->GetInitOpenedFlag(), 1);
+    EXPECT_EQ(builder.GetGuidMgr()->GetInitTypeCount(), 0u);
+    EXPECT_EQ(builder.GetGuidMgr()->GetInitFirstAddedType(), 530u);
+
+    // Saved over the file it came from: the diagram row names the save path.
+    builder.SaveToFile(path.c_str());
+    CModelFileReader reader(path);
+    EXPECT_EQ(reader.Column("SELECT file_path FROM Diagram ORDER BY row_seq"),
+              (std::vector<std::string>{path, path}));
+}
+
+TEST_F(BuilderLifecycleTest, InitializeOnAnUnreadableFileKeepsOnlyTheFile) {
+    WriteBytes(m_dir.File("notes.txt"), "not a model");
+    CTestBuilder builder;
+    EXPECT_EQ(builder.Initialize(34, m_dir.File("notes.txt").c_str()), 0);
+    EXPECT_EQ(builder.GetDbType(), 0);
+    ASSERT_NE(builder.GetVrnFile(), nullptr);
+    EXPECT_NE(std::string(builder.GetVrnFile()->GetLastError()).find("notes.txt"), std::string::npos);
+    EXPECT_EQ(builder.GetNameSpaceMgr(), nullptr);
+    EXPECT_EQ(builder.GetGuidMgr(), nullptr);
+    EXPECT_EQ(builder.GetPropertyMgr(), nullptr);
+    // Without managers nothing can be allocated or saved.
+    EXPECT_EQ(builder.AllocKey(35), 0u);
+    EXPECT_EQ(builder.SaveToFile(m_dir.File("out.vrn").c_str()), 0);
+    EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"notes.txt"});
+}
+
+TEST_F(BuilderLifecycleTest, MisuseBeforeInitializeChangesNothing) {
+    CTestBuilder builder;
+    EXPECT_EQ(builder.AllocKey(35), 0u);
+    EXPECT_EQ(builder.SaveToFile(m_dir.File("model.vrn").c_str()), 0);
+    EXPECT_TRUE(m_dir.Entries().empty());
+    EXPECT_EQ(builder.GetVrnFile(), nullptr);
+}
+
+TEST_F(BuilderLifecycleTest, AFailedWriteStillAnswersOneAndLeavesNothingBehind) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(34, nullptr), 1);
+    EXPECT_EQ(builder.SaveToFile(m_dir.File("missing/model.vrn").c_str()), 1);
+    EXPECT_STRNE(builder.GetVrnFile()->GetLastError(), "");
+    EXPECT_TRUE(m_dir.Entries().empty());
+}
+
+TEST_F(BuilderLifecycleTest, SaveWithANullPathWritesNoFile) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(34, nullptr), 1);
+    EXPECT_EQ(builder.SaveToFile(nullptr), 1);
+    EXPECT_NE(std::string(builder.GetVrnFile()->GetLastError()).find("no path"), std::string::npos);
+}
+
+TEST_F(BuilderLifecycleTest, ASecondInitializeKeepsEarlierRowsUsable) {
+    CTestBuilder builder;
+    ASSERT_EQ(builder.Initialize(34, nullptr), 1);
+    std::unique_ptr<CNSOutputBase> early(builder.RowObjectClassFactory(26));
+    CVrnFile* firstFile = builder.GetVrnFile();
+    ASSERT_EQ(builder.Initialize(8, nullptr), 1);
+    EXPECT_NE(builder.GetVrnFile(), firstFile);
+    EXPECT_EQ(builder.GetDbType(), 8);
+    // The row made before still points at a live model file.
+    EXPECT_EQ(early->m_pVrnFile, firstFile);
+    static_cast<CNSOutputDefaults*>(early.get())->OutputRow();
+    auto reader = SaveAndRead(builder);
+    EXPECT_EQ(reader->Count("Defaults"), 0);  // it went into the replaced model, not this one
+    EXPECT_EQ(reader->Count("Version"), 1);
+}
+
+TEST_F(BuilderLifecycleTest, CreatedByClassNameItWorksLikeAConstructedOne) {
+    CObject* made = CRuntimeClass::FromName("CVrnAPI")->CreateObject();
+    std::unique_ptr<CVrnAPI> builder(static_cast<CVrnAPI*>(made));
+    ASSERT_EQ(builder->Initialize(34, nullptr), 1);
+    auto reader = SaveAndRead(*builder);
+    EXPECT_EQ(reader->Count("Model"), 1);
+}
+
+TEST_F(BuilderLifecycleTest, DB2SqlIdIsKeptAsACopy) {
+    CVrnAPI builder;
+    EXPECT_EQ(builder.GetDB2SqlId(), nullptr);
+    std::string id = "PRODSCHM";
+    builder.SetDB2SqlId(id.c_str());
+    id[0] = 'X';
+    EXPECT_STREQ(builder.GetDB2SqlId(), "PRODSCHM");
+    builder.SetDB2SqlId("");
+    EXPECT_EQ(builder.GetDB2SqlId(), nullptr);
+    builder.SetDB2SqlId("A");
+    builder.SetDB2SqlId(nullptr);
+    EXPECT_EQ(builder.GetDB2SqlId(), nullptr);
+}
+
+}  // namespace

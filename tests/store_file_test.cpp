@@ -1,1 +1,210 @@
+// The model file: what Open refuses, how Save replaces a file atomically, and
+// the order in which rows reach the file.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "ModelFileReader.h"
+#include "TestBuilder.h"
+
+namespace {
+
+class ModelFileTest : public ::testing::Test {
+protected:
+    // Saves an empty model for Oracle 8.x to `name` in the scratch directory.
+    std::string SaveEmptyModel(const std::string& name = "model.vrn") {
+        const std::string path = m_dir.File(name);
+        CVrnAPI builder;
+        EXPECT_EQ(builder.Initialize(34, nullptr), 1);
+        builder.SaveToFile(path.c_str());
+        EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
+        return path;
+    }
+
+    // Opens `path` and expects a refusal whose reason mentions `words`.
+    void ExpectRefused(const std::string& path, const std::string& words) {
+        CVrnFile file;
+        EXPECT_EQ(file.Open(path.c_str()), 0) << path;
+        EXPECT_NE(std::string(file.GetLastError()).find(words), std::string::npos)
+            << "reason: " << file.GetLastError();
+        EXPECT_FALSE(file.IsOpenedFile());
+    }
+
+    CScratchDir m_dir;
+};
+
+TEST_F(ModelFileTest, OpensWhatItSaved) {
+    const std::string path = SaveEmptyModel();
+    CVrnFile file;
+    EXPECT_EQ(file.Open(path.c_str()), 1) << file.GetLastError();
+    EXPECT_TRUE(file.IsOpenedFile());
+    EXPECT_STREQ(file.GetLastError(), "");
+}
+
+TEST_F(ModelFileTest, RefusesMissingFilesAndDirectories) {
+    ExpectRefused(m_dir.File("absent.vrn"), "No such file");
+    ExpectRefused(m_dir.Path(), "directory");
+    CVrnFile file;
+    EXPECT_EQ(file.Open(nullptr), 0);
+    EXPECT_EQ(file.Open(""), 0);
+}
+
+TEST_F(ModelFileTest, RefusesFilesThatAreNotSQLite) {
+    WriteBytes(m_dir.File("empty.vrn"), "");
+    ExpectRefused(m_dir.File("empty.vrn"), "empty");
+    WriteBytes(m_dir.File("script.sql"), "CREATE TABLE ITEM (QTY NUMBER);\n");
+    ExpectRefused(m_dir.File("script.sql"), "not an SQLite database");
+    WriteBytes(m_dir.File("short.vrn"), "SQLite");
+    ExpectRefused(m_dir.File("short.vrn"), "not an SQLite database");
+}
+
+TEST_F(ModelFileTest, RefusesSQLiteFilesOfOtherApplications) {
+    const std::string path = m_dir.File("other.db");
+    ExecOnFile(path, "CREATE TABLE customers (id INTEGER, name TEXT); INSERT INTO customers VALUES (1, 'x');");
+    ExpectRefused(path, "another kind");
+}
+
+TEST_F(ModelFileTest, RefusesAForeignFormatName) {
+    const std::string path = SaveEmptyModel();
+    ExecOnFile(path, "UPDATE FileInfo SET value = 'other-model' WHERE name = 'format'");
+    ExpectRefused(path, "other-model");
+}
+
+TEST_F(ModelFileTest, RefusesANewerFormatVersion) {
+    const std::string path = SaveEmptyModel();
+    ExecOnFile(path, "UPDATE FileInfo SET value = '2' WHERE name = 'format_version'");
+    ExpectRefused(path, "newer version");
+    ExecOnFile(path, "UPDATE FileInfo SET value = 'one' WHERE name = 'format_version'");
+    ExpectRefused(path, "format version");
+}
+
+TEST_F(ModelFileTest, RefusesAModelFileWithATableMissing) {
+    const std::string path = SaveEmptyModel();
+    ExecOnFile(path, "DROP TABLE Attribute");
+    ExpectRefused(path, "Attribute");
+}
+
+TEST_F(ModelFileTest, RefusesATruncatedModelFile) {
+    const std::string path = SaveEmptyModel();
+    const std::string bytes = ReadBytes(path);
+    ASSERT_GT(bytes.size(), 8192u);
+    WriteBytes(path, bytes.substr(0, bytes.size() / 2));
+    ExpectRefused(path, "damaged");
+}
+
+TEST_F(ModelFileTest, RefusesACorruptedModelFile) {
+    const std::string path = SaveEmptyModel();
+    std::string bytes = ReadBytes(path);
+    // Overwrite the pages after the first with noise, keeping the header.
+    for (std::size_t i = 4096; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7919 % 251);
+    WriteBytes(path, bytes);
+    CVrnFile file;
+    EXPECT_EQ(file.Open(path.c_str()), 0);
+    EXPECT_STRNE(file.GetLastError(), "");
+}
+
+TEST_F(ModelFileTest, ARefusedOpenLeavesAnEmptyModelThatStillSaves) {
+    const std::string path = SaveEmptyModel();
+    ExecOnFile(path, "UPDATE FileInfo SET value = '9' WHERE name = 'format_version'");
+    CTestBuilder builder;
+    EXPECT_EQ(builder.Initialize(34, path.c_str()), 0);
+    CVrnFile* file = builder.GetVrnFile();
+    ASSERT_NE(file, nullptr);
+    const std::string copy = m_dir.File("copy.vrn");
+    EXPECT_EQ(file->Save(copy.c_str(), 0), 1);
+    CModelFileReader reader(copy);
+    EXPECT_EQ(reader.Count("Version"), 0);  // nothing of the refused file came along
+}
+
+TEST_F(ModelFileTest, SaveIntoAMissingDirectoryLeavesNothingAndSaysWhy) {
+    CVrnFile file;
+    const std::string path = m_dir.File("no/such/dir/model.vrn");
+    EXPECT_EQ(file.Save(path.c_str(), 0), 0);
+    EXPECT_NE(std::string(file.GetLastError()).find("No such file"), std::string::npos) << file.GetLastError();
+    EXPECT_TRUE(m_dir.Entries().empty());
+}
+
+TEST_F(ModelFileTest, SaveOntoADirectoryLeavesItAloneAndNoTemporaryFile) {
+    const std::string target = m_dir.File("model.vrn");
+    ASSERT_EQ(mkdir(target.c_str(), 0755), 0);
+    WriteBytes(target + "/keep.txt", "keep");
+    CVrnFile file;
+    EXPECT_EQ(file.Save(target.c_str(), 0), 0);
+    EXPECT_NE(std::string(file.GetLastError()).find("model.vrn"), std::string::npos);
+    EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"model.vrn"});
+    EXPECT_EQ(ReadBytes(target + "/keep.txt"), "keep");
+}
+
+TEST_F(ModelFileTest, SaveReplacesAnExistingFileWhole) {
+    const std::string path = m_dir.File("model.vrn");
+    WriteBytes(path, std::string(100000, 'x'));
+    CVrnFile file;
+    EXPECT_EQ(file.Save(path.c_str(), 0), 1) << file.GetLastError();
+    CModelFileReader reader(path);
+    ASSERT_TRUE(reader.IsOpen());
+    EXPECT_EQ(reader.Scalar("SELECT value FROM FileInfo WHERE name = 'format'"), "vrn-model");
+    EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"model.vrn"});
+}
+
+TEST_F(ModelFileTest, SaveWithoutAPathIsRefused) {
+    CVrnFile file;
+    EXPECT_EQ(file.Save(nullptr, 0), 0);
+    EXPECT_EQ(file.Save("", 0), 0);
+    EXPECT_STRNE(file.GetLastError(), "");
+}
+
+TEST_F(ModelFileTest, AFailedSaveReasonClearsAfterASuccessfulOne) {
+    CVrnFile file;
+    EXPECT_EQ(file.Save(m_dir.File("missing/model.vrn").c_str(), 0), 0);
+    EXPECT_EQ(file.Save(m_dir.File("model.vrn").c_str(), 0), 1);
+    EXPECT_STREQ(file.GetLastError(), "");
+}
+
+TEST_F(ModelFileTest, EveryModelFileHasEveryTable) {
+    const std::string path = SaveEmptyModel();
+    CModelFileReader reader(path);
+    const std::vector<std::string> tables =
+        reader.Column("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name");
+    const std::vector<std::string> expected = {
+        "Attribute",  "CheckConstraints", "DbPackage",        "DbTrigger",         "Defaults",   "Diagram",
+        "Entity",     "FileInfo",         "ForeignKey",       "ForeignKeyColumn",  "IndexColumn", "IndexStorage",
+        "Indexes",    "KeyAllocator",     "MetaTable",        "Model",             "NameSpace",  "ObjectType",
+        "Partition",  "PrimaryKey",       "Proc",             "Property",          "PropertyValue",
+        "Referenced_Object", "Rules",     "Storage_Object",   "TableStorage",      "UserDatatype", "Version"};
+    EXPECT_EQ(tables, expected);
+}
+
+TEST_F(ModelFileTest, RowTablesCarryTheDocumentedColumns) {
+    const std::string path = SaveEmptyModel();
+    CModelFileReader reader(path);
+    auto columns = [&reader](const std::string& table) {
+        return reader.Column("SELECT name FROM pragma_table_info('" + table + "')");
+    };
+    EXPECT_EQ(columns("Version"), (std::vector<std::string>{"row_seq", "version_no", "n2", "product"}));
+    EXPECT_EQ(columns("Model"),
+              (std::vector<std::string>{"row_seq", "diagram_no", "model_no", "n3", "n4", "n5", "name"}));
+    EXPECT_EQ(columns("ForeignKeyColumn"),
+              (std::vector<std::string>{"row_seq", "column_key", "diagram_no", "model_no", "fk_key_copy", "fk_key",
+                                        "sequence_no", "parent_entity_key", "parent_attribute_no",
+                                        "child_entity_key", "child_attribute_no", "origin_entity_key",
+                                        "origin_attribute_no"}));
+    EXPECT_EQ(columns("DbTrigger"), (std::vector<std::string>{"row_seq", "trigger_key", "parent_value", "is_invalid",
+                                                              "kind", "owner", "name", "t3", "sql_text", "trailing"}));
+    EXPECT_EQ(columns("Attribute").size(), 42u);
+    EXPECT_EQ(columns("ForeignKey").size(), 33u);
+    EXPECT_EQ(columns("TableStorage").back(), "param11");
+}
+
+TEST_F(ModelFileTest, RowsWrittenAfterAnOpenContinueTheRowSequence) {
+    const std::string first = SaveEmptyModel("first.vrn");
+    const std::string second = m_dir.File("second.vrn");
+    {
+        CVrnAPI builder;
+        ASSERT_EQ(builder.Initialize(34, first.c_str()), 1);
+        builder.SaveToFile(second.c_str());
+    }
+    CModelFileReader reader(second);
+    EXPECT_EQ(reader.Column("SELECT row_seq FROM Version ORDER BY row_seq"), (std::vector<std::string>{"1", "4"}));
+    EXPECT_EQ(reader.Column("SELECT row_seq FROM Model ORDER BY row_seq"), (std::vector<std::string>{"3", "6"}));
+}
+
+}  // namespace

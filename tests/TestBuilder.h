@@ -1,0 +1,30 @@
+// A model builder with its protected row factory and key allocation opened up
+// for tests, and helpers for the usual set-up.
+#pragma once
+
+#include <string>
+
+#include <VrnIntf.h>
+
+class CTestBuilder : public CVrnAPI {
+public:
+    using CVrnAPI::AllocKey;
+    using CVrnAPI::GetDTHandle;
+    using CVrnAPI::RowObjectClassFactory;
+};
+
+// Registers the three texts that name the model's own rows, and removes them
+// again when it goes, so tests do not leak host texts into each other.
+class CHostTexts {
+public:
+    CHostTexts(const char* product, const char* model, const char* diagram) {
+        AfxSetResourceString(1008, product);
+        AfxSetResourceString(1349, model);
+        AfxSetResourceString(1362, diagram);
+    }
+    ~CHostTexts() {
+        AfxSetResourceString(1008, nullptr);
+        AfxSetResourceString(1349, nullptr);
+        AfxSetResourceString(1362, nullptr);
+    }
+};
