@@ -43,9 +43,7 @@ CVrnAPI::CVrnAPI()
       m_pNameSpaceMgr(nullptr),
       m_pGuidMgr(nullptr),
       m_pPropertyMgr(nullptr),
-      m_modelId(0) {
-    (void)m_bFlag;
-}
+      m_modelId(0) {}
 
 CVrnAPI::~CVrnAPI() {
     delete m_pNameSpaceMgr;

@@ -1,5 +1,6 @@
 #include "store/IdentityMgr.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "store/VrnFile.h"
@@ -9,7 +10,8 @@ int CIdentityMgr::Init() {
     if (!m_pFile || !m_pFile->IsOpenedFile()) return 1;
     CStatement stmt = m_pFile->GetDb().Prepare("SELECT key_class, last_key FROM KeyAllocator");
     while (stmt.Step()) {
-        const std::int64_t last = stmt.ColumnInt(1);
+        // A stored value beyond the 32-bit key space counts as a used-up class.
+        const std::int64_t last = std::min<std::int64_t>(stmt.ColumnInt(1), std::numeric_limits<std::uint32_t>::max());
         if (last > 0) m_lastKeys[static_cast<int>(stmt.ColumnInt(0))] = static_cast<std::uint32_t>(last);
     }
     return 1;
