@@ -141,6 +141,8 @@ int CVrnAPI::SaveToFile(const char* path) {
 
     WriteModelRows(target);
 
+    for (POSITION pos = m_entityList.GetHeadPosition(); pos;) m_entityList.GetNext(pos)->Save();
+
     OutputList(m_checkConstraintList);
     OutputList(m_defaultList);
     OutputList(m_ruleList);

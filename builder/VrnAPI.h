@@ -54,6 +54,38 @@ public:
     CPropertyMgr* GetPropertyMgr() const { return m_pPropertyMgr; }
     CTypedPtrList<CPtrList, CNSOutputPackage*>& GetPackageList() { return m_packageList; }
 
+    // Entities and attributes. Identifiers are 0 when nothing was found or made.
+    // `owner` may be null; a null name counts as an empty one.
+    unsigned long AddEntity(const char* name, const char* owner, unsigned long reserved, int isView);
+    // The entity of that name (upper-cased); an owner is matched exactly
+    // against the first entity of the name, else through the name+owner key.
+    unsigned long FindEntity(const char* name, const char* owner, unsigned long reserved);
+    int IsEntityView(unsigned long entityId);
+    CVrnApiEntity* GetEntityPtr(unsigned long entityId);
+    int SetEntityProperty(unsigned long entityId, int code, long value);
+    int SetEntityStringProperty(unsigned long entityId, int code, const char* text);
+    // The null option that suits the target platform: 0 on the Sybase and
+    // newer SQL Server platforms, 1 elsewhere.
+    int GetNullableDefault();
+    unsigned long AddAttribute(unsigned long entityId, const char* name, const char* datatype, long width,
+                               long scale, int nullOption, unsigned long sequence);
+    unsigned long FindAttribute(unsigned long entityId, const char* name);
+    // Does not check that the attribute belongs to the entity: see the notes
+    // at its definition.
+    int DeleteAttribute(unsigned long entityId, unsigned long attributeId);
+    int SetAttributeProperty(unsigned long attributeId, int code, long value);
+    int SetAttributeStringProperty(unsigned long attributeId, int code, const char* text);
+
+    // Defaults, rules and user datatypes, each numbered by its place in its
+    // own list. The third argument of AddDefault and AddRule is ignored.
+    unsigned long AddDefault(const char* name, const char* text, const char* reserved);
+    unsigned long FindDefault(const char* name);
+    unsigned long AddRule(const char* name, const char* text, const char* reserved);
+    unsigned long FindRule(const char* name);
+    // 0 when the base type of `datatype` has no datatype code.
+    unsigned long AddUserType(const char* name, const char* datatype);
+    unsigned long FindUserType(const char* name);
+
     // Platforms and datatype names.
     // The model's datatype code for a bare datatype name (no length, no
     // blanks), compared without regard to case; null when the name is unknown.
@@ -65,6 +97,8 @@ public:
 
 protected:
     void** GetDTHandle() { return m_dtHandle; }
+    // The user datatype row of that identifier, or null.
+    CNSOutputUserDatatype* FindUserType(unsigned long userDatatypeId);
     // Makes a new row object of `rowType`, tied to this builder's model file
     // and managers. The caller owns the result (delete it, or hand it to an
     // owning list). Null for a row type the factory does not know.
@@ -127,4 +161,10 @@ private:
     std::uint32_t m_modelId;
     CString m_db2SqlId;
     std::vector<CRetiredManagers> m_retiredManagers;
+    // Lookups over the lists above, not owning: the first row of a name wins.
+    CFirstMatchNameIndex<CNSOutputDefaults> m_defaultIndex;
+    CFirstMatchNameIndex<CNSOutputRules> m_ruleIndex;
+    CFirstMatchNameIndex<CNSOutputUserDatatype> m_userDatatypeIndex;
+    // User datatype n is at index n - 1.
+    std::vector<CNSOutputUserDatatype*> m_userDatatypeById;
 };

@@ -11,6 +11,7 @@
 class CVrnAPI;
 class CVrnApiAttribute;
 class CVrnApiIndex;
+class CPropertyMgr;
 
 class CVrnApiEntity : public CNSOutputEntity {
 public:
@@ -23,6 +24,44 @@ public:
     ~CVrnApiEntity() override;
     CVrnApiEntity(const CVrnApiEntity&) = delete;
     CVrnApiEntity& operator=(const CVrnApiEntity&) = delete;
+
+    // Writes the entity's rows in this order: attributes, primary key rows,
+    // the table storage row, the entity row. A view writes nothing. Always 1.
+    int Save();
+
+    const char* GetName() const { return m_tableName; }
+    CString& GetOwner() { return m_owner; }
+    int GetIsView() const { return m_isView; }
+    void SetIsView(int isView) { m_isView = isView; }
+    int GetIsValidView() const { return m_isValidView; }
+    void SetIsValidView(int isValidView) { m_isValidView = isValidView; }
+    int GetIsPartitioned() const { return m_isPartitioned; }
+    void SetIsPartitioned(int isPartitioned) { m_isPartitioned = isPartitioned; }
+    CString GetViewSQL() const { return m_viewSQL; }
+    void SetViewSQL(const CString& sql) { m_viewSQL = sql; }
+    CVrnApiIndex* GetPrimaryKeyIndexObj() const { return m_pPrimaryKey; }
+    CTypedPtrList<CPtrList, CVrnApiAttribute*>& GetAttrPtrList() { return m_attrList; }
+
+    // Attributes. The first argument of the column-description form is unused.
+    // Makes, numbers, types and appends an attribute; the builder gives it its
+    // identifier. Null only when the entity has no owner to make rows with.
+    CVrnApiAttribute* AddAttribute(unsigned long unused, const char* name, const char* datatype, long width,
+                                   long scale, int nullOption, unsigned long sequence);
+    // Takes over an existing attribute (an attribute number of 0 gets the next one).
+    void AddAttribute(CVrnApiAttribute* attribute);
+    // The first attribute whose name equals `name` ignoring case: its number
+    // when `wantNumber` is nonzero, else its identifier; 0 when none.
+    unsigned long FindAttribute(const char* name, int wantNumber);
+    unsigned long FindAttrBySequence(unsigned long sequence, int wantNumber);
+    CVrnApiAttribute* GetAttribute(unsigned long attributeNo) const;
+    // Deletes the attribute mapped under `attribute`'s number (not necessarily
+    // `attribute` itself); 1 when one was deleted. Nothing is renumbered.
+    int DeleteAttribute(CVrnApiAttribute* attribute);
+
+    // Physical options by property code: a storage slot, an entity text, or a
+    // table or overflow segment property. 0 for an unknown code.
+    int SetProperty(int code, long value);
+    int SetStringProperty(int code, const char* text);
 
     static constexpr int kPropertyValueHandleCount = 8;
 
@@ -46,4 +85,12 @@ public:
     CString m_propertyColumnName;
     std::int32_t m_isPartitioned = 0;
     std::uint32_t m_propertyValueHandles[kPropertyValueHandleCount] = {};
+
+private:
+    // Numbers a new attribute and ties it to this entity's keys.
+    void Adopt(CVrnApiAttribute* attribute, std::uint32_t attributeNo);
+    // Appends to the list and enters the attribute in the map under its number.
+    void Append(CVrnApiAttribute* attribute);
+    void WritePrimaryKeyRows();
+    void ReadBackHandle(CPropertyMgr& properties, int propertyNo, int handle);
 };

@@ -7,13 +7,15 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include <VrnIntf.h>
 
 namespace {
 
-int PrintRows(sqlite3* db, const char* table) {
-    const std::string sql = std::string("SELECT * FROM \"") + table + "\" ORDER BY 1";
+// Prints `columns` of every row of `table`, in output order.
+int PrintRows(sqlite3* db, const char* table, const char* columns) {
+    const std::string sql = std::string("SELECT ") + columns + " FROM \"" + table + "\" ORDER BY row_seq";
     sqlite3_stmt* stmt = nullptr;
     if (sqlite3_prepare_v2(db, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) {
         std::fprintf(stderr, "cannot read %s: %s\n", table, sqlite3_errmsg(db));
@@ -48,10 +50,34 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "the library offers no class named CVrnAPI\n");
         return 1;
     }
-    builder->Initialize(34, nullptr);  // a new model for Oracle 8.x
+    builder->Initialize(41, nullptr);  // a new model for Microsoft SQL Server 2000
     builder->SetModelId(1);
-    std::printf("NUMBER is %s, TEXT is %s on Oracle 8.x\n", builder->GetORVDatatype("NUMBER"),
-                builder->GetORVDatatype("text"));
+
+    // Catalog objects beside the tables.
+    builder->AddDefault("DateDefault", "getdate()", nullptr);
+    builder->AddRule("booleanRule", "@value in (0, 1)", nullptr);
+    builder->AddUserType("Boolean", "bit");
+    builder->AddUserType("Amount", "decimal(19, 4)");
+
+    // Two tables and a view, as a catalog reader would describe them.
+    const int notNull = 0;
+    const int nullable = 1;
+    const unsigned long dept = builder->AddEntity("DEPT", "dbo", 0, 0);
+    builder->AddAttribute(dept, "DEPT_ID", "int", -1, -1, notNull, 0);
+    builder->AddAttribute(dept, "NAME", "varchar", 40, -1, notNull, 0);
+    builder->AddAttribute(dept, "IS_ACTIVE", "dbo.Boolean", -1, -1, nullable, 0);
+    builder->SetEntityStringProperty(dept, 2, "Departments of the company");
+
+    const unsigned long emp = builder->AddEntity("EMP", "dbo", 0, 0);
+    builder->AddAttribute(emp, "EMP_ID", "int", -1, -1, notNull, 0);
+    builder->AddAttribute(emp, "DEPT_ID", "int", -1, -1, notNull, 0);
+    builder->AddAttribute(emp, "SALARY", "Amount", -1, -1, nullable, 0);
+    builder->AddAttribute(emp, "HIRED", "datetime", -1, -1, nullable, 0);
+    builder->AddAttribute(emp, "NOTES", "geography", -1, -1, nullable, 0);  // unknown: the default type
+    builder->SetEntityProperty(emp, 22, 10);                               // a storage parameter
+
+    builder->AddEntity("V_EMP", "dbo", 0, 1);  // views are described but write no rows
+
     builder->SaveToFile(path);
     const std::string error = builder->GetVrnFile()->GetLastError();
     delete builder;
@@ -68,8 +94,19 @@ int main(int argc, char** argv) {
     }
     std::printf("saved %s\n", path);
     int failures = 0;
-    for (const char* table : {"FileInfo", "Version", "Diagram", "Model", "NameSpace", "KeyAllocator"})
-        failures += PrintRows(db, table);
+    const std::pair<const char*, const char*> shown[] = {
+        {"Version", "row_seq, version_no, product"},
+        {"Diagram", "row_seq, diagram_no, created, name, product, file_path, display_level"},
+        {"Model", "row_seq, model_no, name"},
+        {"Attribute", "row_seq, entity_key, attribute_no, attribute_id, column_name, datatype, width, scale, "
+                      "null_option, user_datatype_id, sequence_no"},
+        {"TableStorage", "row_seq, entity_key, param5"},
+        {"Entity", "row_seq, entity_key, owner, entity_name, definition"},
+        {"Defaults", "row_seq, default_id, name, text"},
+        {"Rules", "row_seq, rule_id, name, text"},
+        {"UserDatatype", "row_seq, user_datatype_id, name, datatype, length, scale"},
+    };
+    for (const auto& [table, columns] : shown) failures += PrintRows(db, table, columns);
     sqlite3_close(db);
     return failures == 0 ? 0 : 1;
 }

@@ -221,3 +221,31 @@ public:
 private:
     std::unordered_map<std::string, TYPE*> m_map;
 };
+
+// An index by name, folded to upper case (ASCII letters only), over a list
+// that only grows: the first object entered under a name stays the one found,
+// so a lookup answers "the first match in list order" without walking the
+// list.
+template <class TYPE>
+class CFirstMatchNameIndex {
+public:
+    CFirstMatchNameIndex() = default;
+    CFirstMatchNameIndex(const CFirstMatchNameIndex&) = delete;
+    CFirstMatchNameIndex& operator=(const CFirstMatchNameIndex&) = delete;
+
+    // Enters `value` under `name` unless an earlier object holds that name.
+    void AddIfAbsent(const char* name, TYPE* value) { m_map.emplace(Fold(name), value); }
+    TYPE* Find(const char* name) const {
+        const auto found = m_map.find(Fold(name));
+        return found == m_map.end() ? nullptr : found->second;
+    }
+
+private:
+    static std::string Fold(const char* name) {
+        std::string folded(name ? name : "");
+        for (char& ch : folded) ch = AfxToUpperAscii(ch);
+        return folded;
+    }
+
+    std::unordered_map<std::string, TYPE*> m_map;
+};

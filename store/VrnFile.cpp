@@ -115,6 +115,14 @@ void SyncPath(const std::string& path, int openFlags) {
     ::close(fd);
 }
 
+mode_t FileModeFor(const std::string& target) {
+    struct stat existing {};
+    if (::stat(target.c_str(), &existing) == 0 && S_ISREG(existing.st_mode)) return existing.st_mode & 07777;
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
 std::string DirectoryOf(const std::string& path) {
     const std::size_t slash = path.find_last_of('/');
     if (slash == std::string::npos) return ".";
@@ -289,6 +297,9 @@ int CVrnFile::Save(const char* path, int /*flags*/) {
     std::string temp = target + ".XXXXXX";
     const int fd = ::mkstemp(&temp[0]);
     if (fd < 0) return Fail("cannot save " + Quoted(target) + ": " + std::strerror(errno));
+    // mkstemp makes the file private; the model gets the permissions of the
+    // file it replaces, or those of any new file.
+    ::fchmod(fd, FileModeFor(target));
     ::close(fd);
 
     auto abandon = [&](const std::string& reason) {

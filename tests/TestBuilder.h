@@ -28,3 +28,16 @@ public:
         AfxSetResourceString(1362, nullptr);
     }
 };
+
+// A property record as "kind key property value text", with text 'quoted' or null.
+inline std::string DescribeProperty(const CPropertyMgr::CRecord& r) {
+    return r.ownerKind + " " + std::to_string(r.ownerKey) + " " + std::to_string(r.propertyNo) + " " +
+           std::to_string(r.valueNo) + " " + (r.hasText ? "'" + r.text + "'" : "null");
+}
+
+// `pattern` with its placeholder K replaced by `key`.
+inline std::string WithKey(std::string pattern, unsigned long key) {
+    const std::size_t at = pattern.find('K');
+    if (at != std::string::npos) pattern.replace(at, 1, std::to_string(key));
+    return pattern;
+}

@@ -145,6 +145,24 @@ TEST_F(ModelFileTest, SaveReplacesAnExistingFileWhole) {
     EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"model.vrn"});
 }
 
+TEST_F(ModelFileTest, SavedFilesGetOrdinaryPermissionsOrKeepTheReplacedOnes) {
+    const mode_t mask = umask(022);
+    const std::string fresh = m_dir.File("fresh.vrn");
+    CVrnFile file;
+    ASSERT_EQ(file.Save(fresh.c_str(), 0), 1);
+    struct stat info {};
+    ASSERT_EQ(stat(fresh.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0644u);
+
+    const std::string shared = m_dir.File("shared.vrn");
+    WriteBytes(shared, "old");
+    ASSERT_EQ(chmod(shared.c_str(), 0664), 0);
+    ASSERT_EQ(file.Save(shared.c_str(), 0), 1);
+    ASSERT_EQ(stat(shared.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0664u);
+    umask(mask);
+}
+
 TEST_F(ModelFileTest, SaveWithoutAPathIsRefused) {
     CVrnFile file;
     EXPECT_EQ(file.Save(nullptr, 0), 0);

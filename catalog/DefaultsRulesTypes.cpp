@@ -1,0 +1,71 @@
+// Defaults, rules and user datatypes: named catalog objects numbered by their
+// place in their own list (1, 2, 3, … per kind), found by name without regard
+// to case, the first of a name winning.
+#include "builder/VrnAPI.h"
+#include "catalog/CatalogText.h"
+
+namespace {
+
+// Appends `row` to `list` and gives it its place in the list as identifier.
+template <class Row>
+std::uint32_t AppendNumbered(CTypedPtrList<CPtrList, Row*>& list, Row* row) {
+    list.AddTail(row);
+    return static_cast<std::uint32_t>(list.GetCount());
+}
+
+}  // namespace
+
+unsigned long CVrnAPI::AddDefault(const char* name, const char* text, const char* /*reserved*/) {
+    auto* row = static_cast<CNSOutputDefaults*>(RowObjectClassFactory(26));
+    row->m_name = name;
+    row->m_text = text;
+    row->m_defaultId = AppendNumbered(m_defaultList, row);
+    m_defaultIndex.AddIfAbsent(row->m_name, row);
+    return row->m_defaultId;
+}
+
+unsigned long CVrnAPI::FindDefault(const char* name) {
+    const CNSOutputDefaults* row = m_defaultIndex.Find(name);
+    return row ? row->m_defaultId : 0;
+}
+
+unsigned long CVrnAPI::AddRule(const char* name, const char* text, const char* /*reserved*/) {
+    auto* row = static_cast<CNSOutputRules*>(RowObjectClassFactory(86));
+    row->m_name = name;
+    row->m_text = text;
+    row->m_ruleId = AppendNumbered(m_ruleList, row);
+    m_ruleIndex.AddIfAbsent(row->m_name, row);
+    return row->m_ruleId;
+}
+
+unsigned long CVrnAPI::FindRule(const char* name) {
+    const CNSOutputRules* row = m_ruleIndex.Find(name);
+    return row ? row->m_ruleId : 0;
+}
+
+unsigned long CVrnAPI::AddUserType(const char* name, const char* datatype) {
+    const CString typeName = StripCatalogQuotes(name);
+    const CDatatypeText parsed = ParseDatatypeText(StripCatalogQuotes(datatype));
+    const char* mapped = GetORVDatatype(parsed.baseType);
+    if (!mapped) return 0;  // a base type the model has no code for: nothing is added
+
+    auto* row = static_cast<CNSOutputUserDatatype*>(RowObjectClassFactory(104));
+    row->m_name = typeName;
+    row->m_datatype = mapped;
+    row->m_length = parsed.length;
+    row->m_scale = parsed.scale;
+    row->m_userDatatypeId = AppendNumbered(m_userDatatypeList, row);
+    m_userDatatypeById.push_back(row);
+    m_userDatatypeIndex.AddIfAbsent(row->m_name, row);
+    return row->m_userDatatypeId;
+}
+
+unsigned long CVrnAPI::FindUserType(const char* name) {
+    const CNSOutputUserDatatype* row = m_userDatatypeIndex.Find(name);
+    return row ? row->m_userDatatypeId : 0;
+}
+
+CNSOutputUserDatatype* CVrnAPI::FindUserType(unsigned long userDatatypeId) {
+    if (userDatatypeId == 0 || userDatatypeId > m_userDatatypeById.size()) return nullptr;
+    return m_userDatatypeById[userDatatypeId - 1];
+}

@@ -1,0 +1,193 @@
+// Entities: naming and finding with owners and the DB2 SQL id, views, and the
+// rows a saved model of several tables holds.
+#include <gtest/gtest.h>
+
+#include "ModelFileReader.h"
+#include "TestBuilder.h"
+
+namespace {
+
+class EntitiesTest : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_EQ(m_builder.Initialize(34, nullptr), 1); }
+
+    std::unique_ptr<CModelFileReader> Save() {
+        const std::string path = m_dir.File("model.vrn");
+        m_builder.SaveToFile(path.c_str());
+        EXPECT_STREQ(m_builder.GetVrnFile()->GetLastError(), "");
+        return std::make_unique<CModelFileReader>(path);
+    }
+
+    CScratchDir m_dir;
+    CTestBuilder m_builder;
+};
+
+TEST_F(EntitiesTest, OwnersSeparateEntitiesOfOneName) {
+    const unsigned long sales = m_builder.AddEntity("ITEM", "SALES", 0, 0);
+    const unsigned long hr = m_builder.AddEntity("ITEM", "HR", 0, 0);
+    EXPECT_NE(sales, hr);
+    EXPECT_EQ(m_builder.FindEntity("ITEM", nullptr, 0), sales);
+    EXPECT_EQ(m_builder.FindEntity("item", "SALES", 0), sales);
+    EXPECT_EQ(m_builder.FindEntity("ITEM", "HR", 0), hr);
+    EXPECT_EQ(m_builder.FindEntity("ITEM", "hr", 0), hr);  // through the name+owner key
+    EXPECT_EQ(m_builder.FindEntity("ITEM", "OPS", 0), 0u);
+    EXPECT_EQ(m_builder.FindEntity("ORDERS", nullptr, 0), 0u);
+    EXPECT_STREQ(m_builder.GetEntityPtr(hr)->GetOwner(), "HR");
+}
+
+TEST_F(EntitiesTest, TheDB2SqlIdOwnsEntitiesAddedWithoutOwner) {
+    m_builder.SetDB2SqlId("ADMIN");
+    const unsigned long item = m_builder.AddEntity("item", nullptr, 0, 0);
+    EXPECT_STREQ(m_builder.GetEntityPtr(item)->GetOwner(), "ADMIN");
+    EXPECT_EQ(m_builder.FindEntity("item", "ADMIN", 0), item);
+    EXPECT_EQ(m_builder.FindEntity("ITEM", "admin", 0), 0u);  // no name+owner key to fall back on
+    const unsigned long given = m_builder.AddEntity("PART", "OWNER1", 0, 0);
+    EXPECT_STREQ(m_builder.GetEntityPtr(given)->GetOwner(), "OWNER1");
+}
+
+TEST_F(EntitiesTest, AnEntityWithoutOwnerIsFoundUnderAnyOwner) {
+    const unsigned long item = m_builder.AddEntity("ITEM", nullptr, 0, 0);
+    EXPECT_EQ(m_builder.FindEntity("ITEM", "ANYONE", 0), item);
+}
+
+TEST_F(EntitiesTest, AnEmptyOwnerTakesOverTheBareName) {
+    const unsigned long first = m_builder.AddEntity("ITEM", "SALES", 0, 0);
+    const unsigned long second = m_builder.AddEntity("ITEM", "", 0, 0);
+    EXPECT_NE(first, second);
+    EXPECT_EQ(m_builder.FindEntity("ITEM", nullptr, 0), second);
+}
+
+TEST_F(EntitiesTest, NullNamesCountAsEmpty) {
+    const unsigned long unnamed = m_builder.AddEntity(nullptr, nullptr, 0, 0);
+    EXPECT_NE(unnamed, 0u);
+    EXPECT_EQ(m_builder.FindEntity("", nullptr, 0), unnamed);
+    EXPECT_EQ(m_builder.FindEntity(nullptr, nullptr, 0), unnamed);
+}
+
+TEST_F(EntitiesTest, UnknownIdentifiersAnswerZero) {
+    const unsigned long view = m_builder.AddEntity("V_ITEM", nullptr, 0, 1);
+    EXPECT_EQ(m_builder.IsEntityView(view), 1);
+    EXPECT_EQ(m_builder.IsEntityView(view + 1), 0);
+    EXPECT_EQ(m_builder.GetEntityPtr(0), nullptr);
+    EXPECT_EQ(m_builder.SetEntityProperty(77, 16, 1), 0);
+    EXPECT_EQ(m_builder.SetEntityStringProperty(77, 2, "x"), 0);
+    EXPECT_EQ(m_builder.SetAttributeProperty(77, 6, 1), 0);
+    EXPECT_EQ(m_builder.SetAttributeStringProperty(77, 1, "x"), 0);
+    EXPECT_EQ(m_builder.DeleteAttribute(77, 1), 0);
+}
+
+TEST(EntitiesMisuseTest, NothingIsAddedBeforeInitialize) {
+    CVrnAPI builder;
+    EXPECT_EQ(builder.AddEntity("ITEM", nullptr, 0, 0), 0u);
+    EXPECT_EQ(builder.FindEntity("ITEM", nullptr, 0), 0u);
+    EXPECT_EQ(builder.AddAttribute(1, "A", "int", -1, -1, 1, 0), 0u);
+}
+
+TEST(NullableDefaultTest, FollowsThePlatform) {
+    for (int platform : {2, 3, 11, 33, 36, 37, 41, 43, 54}) {
+        CVrnAPI builder;
+        builder.Initialize(platform, nullptr);
+        EXPECT_EQ(builder.GetNullableDefault(), 0) << platform;
+    }
+    for (int platform : {0, 1, 8, 34, 39, 47, 53, 55, 99}) {
+        CVrnAPI builder;
+        builder.Initialize(platform, nullptr);
+        EXPECT_EQ(builder.GetNullableDefault(), 1) << platform;
+    }
+}
+
+TEST_F(EntitiesTest, ASavedModelHoldsEachTablesRowsInOrder) {
+    m_builder.SetModelId(7);
+    const unsigned long item = m_builder.AddEntity("ITEM", "SALES", 0, 0);
+    const unsigned long qty = m_builder.AddAttribute(item, "QTY", "NUMBER", -1, -1, 0, 0);
+    const unsigned long name = m_builder.AddAttribute(item, "NAME", "VARCHAR2", 40, -1, 1, 5);
+    const unsigned long dept = m_builder.AddEntity("DEPT", nullptr, 0, 0);
+    m_builder.AddAttribute(dept, "ID", "INTEGER", -1, -1, 0, 0);
+    m_builder.AddEntity("V_ITEM", nullptr, 0, 1);
+
+    auto reader = Save();
+    // Version, diagram and model first; then per table its attributes, storage row and entity row.
+    const std::string order = reader->Scalar(
+        "SELECT group_concat(what, ' ') FROM ("
+        "SELECT row_seq, 'A:' || column_name AS what FROM Attribute UNION ALL "
+        "SELECT row_seq, 'S:' || entity_key FROM TableStorage UNION ALL "
+        "SELECT row_seq, 'E:' || entity_name FROM Entity ORDER BY row_seq)");
+    EXPECT_EQ(order, "A:QTY A:NAME S:" + std::to_string(item) + " E:ITEM A:ID S:" + std::to_string(dept) + " E:DEPT");
+    EXPECT_EQ(reader->Scalar("SELECT min(row_seq) FROM Attribute"), "4");
+
+    const auto entities = reader->Rows("Entity");
+    ASSERT_EQ(entities.size(), 2u);  // the view writes nothing
+    EXPECT_EQ(entities[0].at("diagram_no"), "1");
+    EXPECT_EQ(entities[0].at("model_no"), "7");
+    EXPECT_EQ(entities[0].at("entity_key"), std::to_string(item));
+    EXPECT_EQ(entities[0].at("table_key"), std::to_string(item));
+    EXPECT_EQ(entities[0].at("model_no_copy"), "7");
+    EXPECT_EQ(entities[0].at("owner"), "SALES");
+    EXPECT_EQ(entities[0].at("entity_name"), "ITEM");
+    EXPECT_EQ(entities[0].at("table_name"), "ITEM");
+    EXPECT_EQ(entities[1].at("owner"), "");
+
+    const auto attributes = reader->Rows("Attribute");
+    ASSERT_EQ(attributes.size(), 3u);
+    EXPECT_EQ(attributes[0].at("attribute_id"), std::to_string(qty));
+    EXPECT_EQ(attributes[0].at("attribute_no"), "1");
+    EXPECT_EQ(attributes[0].at("entity_key"), std::to_string(item));
+    EXPECT_EQ(attributes[0].at("table_key"), std::to_string(item));
+    EXPECT_EQ(attributes[0].at("model_no"), "7");
+    EXPECT_EQ(attributes[0].at("datatype"), "NUM");
+    EXPECT_EQ(attributes[0].at("width"), "0");
+    EXPECT_EQ(attributes[0].at("null_option"), "0");
+    EXPECT_EQ(attributes[0].at("attribute_name_given"), "1");
+    EXPECT_EQ(attributes[1].at("attribute_id"), std::to_string(name));
+    EXPECT_EQ(attributes[1].at("datatype"), "VAR");
+    EXPECT_EQ(attributes[1].at("width"), "40");
+    EXPECT_EQ(attributes[1].at("sequence_no"), "5");
+    EXPECT_EQ(attributes[1].at("attribute_name"), "NAME");
+
+    const auto storage = reader->Rows("TableStorage");
+    ASSERT_EQ(storage.size(), 2u);
+    EXPECT_EQ(storage[0].at("table_key"), std::to_string(item));
+    EXPECT_EQ(storage[0].at("model_no"), "7");
+    EXPECT_EQ(storage[0].at("param1"), "-1");
+    EXPECT_EQ(storage[0].at("param11"), "-1");
+}
+
+TEST_F(EntitiesTest, EntitiesAddedBeforeAModelNumberKeepTheOneCurrentThen) {
+    const unsigned long before = m_builder.AddEntity("BEFORE", nullptr, 0, 0);
+    m_builder.SetModelId(7);
+    const unsigned long after = m_builder.AddEntity("AFTER", nullptr, 0, 0);
+    EXPECT_EQ(m_builder.GetEntityPtr(before)->m_modelNo, 1u);
+    EXPECT_EQ(m_builder.GetEntityPtr(after)->m_modelNo, 7u);
+}
+
+TEST_F(EntitiesTest, PrimaryKeyRowsFollowAttributeOrderWithTheirOwnNumbers) {
+    const unsigned long item = m_builder.AddEntity("ITEM", nullptr, 0, 0);
+    m_builder.AddAttribute(item, "A", "int", -1, -1, 0, 10);
+    m_builder.AddAttribute(item, "B", "int", -1, -1, 0, 20);
+    m_builder.AddAttribute(item, "C", "int", -1, -1, 0, 30);
+    CVrnApiEntity& entity = *m_builder.GetEntityPtr(item);
+    entity.GetAttribute(3)->SetIsPkAttribute(1);
+    entity.GetAttribute(1)->SetIsPkAttribute(1);
+    auto reader = Save();
+    const auto rows = reader->Rows("PrimaryKey");
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0].at("attribute_no"), "1");
+    EXPECT_EQ(rows[0].at("sequence_no"), "10");
+    EXPECT_EQ(rows[1].at("attribute_no"), "3");
+    EXPECT_EQ(rows[1].at("sequence_no"), "30");
+    EXPECT_EQ(rows[1].at("entity_key"), std::to_string(item));
+    EXPECT_EQ(reader->Scalar("SELECT (SELECT max(row_seq) FROM PrimaryKey) < (SELECT row_seq FROM Entity)"), "1");
+}
+
+TEST_F(EntitiesTest, TheViewSqlAndFlagsAreKeptOnTheEntity) {
+    CVrnApiEntity& view = *m_builder.GetEntityPtr(m_builder.AddEntity("V", nullptr, 0, 1));
+    view.SetViewSQL("select 1 from dual");
+    view.SetIsValidView(0);
+    EXPECT_STREQ(view.GetViewSQL(), "select 1 from dual");
+    EXPECT_EQ(view.GetIsValidView(), 0);
+    EXPECT_EQ(view.GetIsView(), 1);
+    EXPECT_EQ(view.Save(), 1);
+    EXPECT_STREQ(view.GetName(), "V");
+}
+
+}  // namespace
