@@ -56,6 +56,13 @@ CVrnAPI::~CVrnAPI() {
     m_pVrnFile = nullptr;
 
     EmptyList(m_entityList);
+    // A foreign key that never left the pending list (it has no position in
+    // the foreign key list) is owned by nobody else: it goes here.
+    for (POSITION pos = m_pendingForeignKeyList.GetHeadPosition(); pos;) {
+        CVrnApiForeignKey* foreignKey = m_pendingForeignKeyList.GetNext(pos);
+        if (!foreignKey->m_pOwnerData) delete foreignKey;
+    }
+    m_pendingForeignKeyList.RemoveAll();
     EmptyList(m_foreignKeyList);
     EmptyList(m_checkConstraintList);
     EmptyList(m_defaultList);
@@ -142,6 +149,10 @@ int CVrnAPI::SaveToFile(const char* path) {
     WriteModelRows(target);
 
     for (POSITION pos = m_entityList.GetHeadPosition(); pos;) m_entityList.GetNext(pos)->Save();
+    for (POSITION pos = m_foreignKeyList.GetHeadPosition(); pos;) {
+        CVrnApiForeignKey* foreignKey = m_foreignKeyList.GetNext(pos);
+        if (foreignKey->IsValid()) foreignKey->Save();
+    }
 
     OutputList(m_checkConstraintList);
     OutputList(m_defaultList);

@@ -76,6 +76,35 @@ public:
     int SetAttributeProperty(unsigned long attributeId, int code, long value);
     int SetAttributeStringProperty(unsigned long attributeId, int code, const char* text);
 
+    // Primary keys and indexes. Each looks its entity or index up first and
+    // answers 0 (null for texts) when it is unknown.
+    const char* AddPrimaryKey(unsigned long entityId, const char* name);
+    unsigned long GetPrimaryKeyIndexId(unsigned long entityId);
+    int AddPrimaryKeyColumn(unsigned long entityId, const char* columnName, unsigned long sequence);
+    unsigned long AddIndex(unsigned long entityId, const char* name);
+    int AddIndexColumn(unsigned long indexId, const char* columnName, unsigned long sequence, int descending);
+    int SetIndexProperty(unsigned long indexId, int code, long value);
+    int SetIndexStringProperty(unsigned long indexId, int code, const char* text);
+
+    // Foreign keys. A foreign key whose parent entity is unknown waits in the
+    // pending list (it has an identifier, but is not addressable by it) until
+    // relationship resolution finds its parent.
+    unsigned long AddForeignKey(unsigned long parentEntityId, unsigned long childEntityId, const char* name,
+                                const char* parentEntityName, const char* parentEntityOwner);
+    // Enters an existing foreign key in the identifier map, nothing else.
+    void AddForeignKey(CVrnApiForeignKey* foreignKey);
+    // A pair by column names; a null parent name takes the parent's next
+    // primary key column.
+    int AddForeignKeyColumnPair(unsigned long foreignKeyId, const char* parentColumn, const char* childColumn,
+                                unsigned long sequence);
+    // A pair by attribute numbers, declared identifying or not.
+    void AddForeignKeyColumnPair(unsigned long foreignKeyId, unsigned long parentAttributeNo,
+                                 unsigned long childAttributeNo, int identifying, unsigned long sequence);
+    const char* GetForeignKeyName(unsigned long foreignKeyId);
+    // Referential actions: 77/78/79 on delete cascade/restrict/set null, 80/81
+    // on update cascade/restrict; a value of 0 changes nothing.
+    int SetForeignKeyProperty(unsigned long foreignKeyId, int code, long value);
+
     // Defaults, rules and user datatypes, each numbered by its place in its
     // own list. The third argument of AddDefault and AddRule is ignored.
     unsigned long AddDefault(const char* name, const char* text, const char* reserved);
@@ -97,6 +126,8 @@ public:
 
 protected:
     void** GetDTHandle() { return m_dtHandle; }
+    // Marks the foreign key invalid; nothing is removed.
+    void DeleteForeignKey(unsigned long foreignKeyId);
     // The user datatype row of that identifier, or null.
     CNSOutputUserDatatype* FindUserType(unsigned long userDatatypeId);
     // Makes a new row object of `rowType`, tied to this builder's model file
@@ -125,7 +156,13 @@ private:
     };
 
     void WriteModelRows(const char* path);
+    CVrnApiIndex* FindIndex(unsigned long indexId) const;
+    // A foreign key of the identifier map, else of the pending list; or null.
+    CVrnApiForeignKey* FindAnyForeignKey(unsigned long foreignKeyId) const;
 
+protected:
+    // The model's containers, open to subclasses (tools and tests that
+    // inspect a model before it is saved).
     int m_bFlag;
     void** m_dtHandle = nullptr;
     int m_dbType;
@@ -140,6 +177,8 @@ private:
     // Not owning: foreign keys added before their parent entity was known.
     CTypedPtrList<CPtrList, CVrnApiForeignKey*> m_pendingForeignKeyList;
     CMapIdToPtr<CVrnApiForeignKey> m_foreignKeyMap;
+    // Lookup of the pending list by foreign key key; not owning.
+    CMapIdToPtr<CVrnApiForeignKey> m_pendingForeignKeyMap;
     CMapStringToPtr<void> m_spareNameMap;
     CMapIdToPtr<CVrnApiIndex> m_indexMap;
     CMapStringToPtr<CVrnApiIndex> m_indexNameMap;

@@ -17,11 +17,6 @@ CString StripCatalogQuotes(const char* text);
 bool IsCatalogSpace(char ch);
 CString TrimCatalogSpace(const CString& text);
 
-// The leading decimal number of `text` as atoi reads it (leading white space
-// and a sign allowed, 0 when there are no digits), clamped to the 32-bit
-// range instead of overflowing.
-std::int32_t LeadingNumber(const char* text);
-
 struct CDatatypeText {
     CString baseType;  // the text before the first "(" (the whole text when none, or at 0), trimmed
     std::int32_t length = -1;  // the first number in the parentheses; -1 when absent or 0

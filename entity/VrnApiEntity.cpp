@@ -30,7 +30,14 @@ int CVrnApiEntity::Save() {
         attribute->OutputRow(0);
         anyPrimaryKeyAttribute = anyPrimaryKeyAttribute || attribute->GetIsPkAttribute();
     }
-    if (anyPrimaryKeyAttribute) WritePrimaryKeyRows();
+    if (anyPrimaryKeyAttribute) {
+        ConsolidatePrimaryKey();
+        // Key attributes marked without a primary key object: their rows are
+        // still written, there is just no key index to write with them.
+        if (m_pPrimaryKey) m_pPrimaryKey->Save();
+        WritePrimaryKeyRows();
+    }
+    for (POSITION pos = m_indexList.GetHeadPosition(); pos;) m_indexList.GetNext(pos)->Save();
 
     if (m_pTableStorage) {
         m_pTableStorage->m_diagramNo = m_diagramNo;

@@ -4,6 +4,8 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <vector>
 
 #include "framework/AfxColl.h"
 #include "store/NSOutput.h"
@@ -25,8 +27,10 @@ public:
     CVrnApiEntity(const CVrnApiEntity&) = delete;
     CVrnApiEntity& operator=(const CVrnApiEntity&) = delete;
 
-    // Writes the entity's rows in this order: attributes, primary key rows,
-    // the table storage row, the entity row. A view writes nothing. Always 1.
+    // Writes the entity's rows in this order: attributes, the primary key index
+    // and primary key rows (only when some attribute is a key attribute), the
+    // other indexes, the table storage row, the entity row. A view writes
+    // nothing. Always 1.
     int Save();
 
     const char* GetName() const { return m_tableName; }
@@ -58,6 +62,19 @@ public:
     // `attribute` itself); 1 when one was deleted. Nothing is renumbered.
     int DeleteAttribute(CVrnApiAttribute* attribute);
 
+    // Keys and indexes. The primary key and the indexes share one running
+    // index number. Null when the entity already has a primary key.
+    const char* AddPrimaryKey(const char* name);
+    // A null name becomes the entity name, "IX" and the index number (ITEMIX2).
+    CVrnApiIndex* AddIndex(const char* name);
+    // Marks the named attribute as a key attribute (not null) and appends it
+    // to the primary key; 0 without a primary key or such an attribute.
+    int AddPrimaryKeyColumn(const char* attributeName, std::uint32_t sequence);
+    std::uint32_t GetPrimaryKeyIndexId() const;
+    // The index key of the first unique index over exactly these attribute
+    // numbers, in this order; 0 when none.
+    std::uint32_t HasAKWithColumnList(const CList<std::uint32_t, std::uint32_t>& attributeNos) const;
+
     // Physical options by property code: a storage slot, an entity text, or a
     // table or overflow segment property. 0 for an unknown code.
     int SetProperty(int code, long value);
@@ -85,8 +102,19 @@ public:
     CString m_propertyColumnName;
     std::int32_t m_isPartitioned = 0;
     std::uint32_t m_propertyValueHandles[kPropertyValueHandleCount] = {};
+    // Primary key objects displaced by consolidation. The builder's index maps
+    // may still point at them, so they live until the entity goes.
+    std::vector<std::unique_ptr<CVrnApiIndex>> m_displacedIndexes;
+
+protected:
+    // Takes the first unique index with the primary key's columns out of the
+    // index list and returns it; null when none matches.
+    CVrnApiIndex* FindIndexMatchingPK();
 
 private:
+    // On the DB2 platforms a primary key and a unique index over the same
+    // columns are one object: the index takes the primary key's place.
+    void ConsolidatePrimaryKey();
     // Numbers a new attribute and ties it to this entity's keys.
     void Adopt(CVrnApiAttribute* attribute, std::uint32_t attributeNo);
     // Appends to the list and enters the attribute in the map under its number.

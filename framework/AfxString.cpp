@@ -1,6 +1,8 @@
 #include "framework/AfxString.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <limits>
 #include <mutex>
 #include <unordered_map>
 
@@ -31,6 +33,19 @@ int AfxCompareNoCase(const char* a, const char* b) {
         if (ca != cb) return ca < cb ? -1 : 1;
         if (ca == 0) return 0;
     }
+}
+
+std::int32_t AfxLeadingNumber(const char* text) {
+    if (!text) return 0;
+    while (*text == ' ' || (*text >= '\t' && *text <= '\r')) ++text;
+    bool negative = false;
+    if (*text == '+' || *text == '-') negative = *text++ == '-';
+    // Accumulate no further than one past the 32-bit range, then clamp.
+    constexpr std::int64_t kLimit = std::int64_t(std::numeric_limits<std::int32_t>::max()) + 1;
+    std::int64_t value = 0;
+    for (; *text >= '0' && *text <= '9'; ++text) value = std::min(kLimit, value * 10 + (*text - '0'));
+    if (negative) return static_cast<std::int32_t>(-value);
+    return static_cast<std::int32_t>(std::min(value, kLimit - 1));
 }
 
 CString::CString(const char* text, int length) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 class CString {
@@ -68,6 +69,11 @@ CString AfxFormatMessage(const char* format, const char* arg1 = nullptr, const c
 void AfxFormatString1(CString& out, unsigned id, const char* arg1);
 void AfxFormatString2(CString& out, unsigned id, const char* arg1, const char* arg2);
 void AfxFormatString3(CString& out, unsigned id, const char* arg1, const char* arg2, const char* arg3);
+
+// The leading decimal number of `text` as atoi reads it (leading white space
+// and a sign allowed, 0 when there are no digits), clamped to the 32-bit
+// range instead of overflowing.
+std::int32_t AfxLeadingNumber(const char* text);
 
 // ASCII-only case helpers shared by the name lookups of the whole library.
 char AfxToUpperAscii(char ch);

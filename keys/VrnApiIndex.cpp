@@ -9,11 +9,49 @@ const char* const CVrnApiIndex::KEYTYPE_INV = "I";
 CVrnApiIndex::CVrnApiIndex(CVrnAPI* owner) : m_pOwner(owner) {
     if (!owner) return;  // no builder, no factory: the index stays without a storage row
     m_pStorage = static_cast<CNSOutputIndexStorage*>(owner->RowObjectClassFactory(55));
-    if (m_pStorage)
-        for (i32& slot : m_pStorage->m_params) slot = -1;
+    for (i32& slot : m_pStorage->m_params) slot = -1;
 }
 
 CVrnApiIndex::~CVrnApiIndex() {
     while (!m_columnList.IsEmpty()) delete m_columnList.RemoveHead();
     delete m_pStorage;
+}
+
+void CVrnApiIndex::AddColumn(std::uint32_t attributeNo, std::uint32_t sequence, int descending) {
+    if (!m_pOwner) return;  // an index without a builder cannot make rows
+    auto* column = static_cast<CNSOutputIndexColumn*>(m_pOwner->RowObjectClassFactory(53));
+    column->m_diagramNo = m_diagramNo;
+    column->m_modelNo = m_modelNo;
+    column->m_entityKey = m_entityKey;
+    column->m_indexNo = m_indexNo;
+    column->m_attributeNo = attributeNo;
+    column->m_indexKey = static_cast<std::uint32_t>(GetTechKey());
+    column->m_sequenceNo = sequence != 0 ? sequence : static_cast<std::uint32_t>(GetColumnCount() + 1);
+    column->m_sortOrder.Set(0, descending ? "D" : "A");
+    m_columnList.AddTail(column);
+}
+
+bool CVrnApiIndex::HasSameColumns(const CVrnApiIndex& other) const {
+    if (GetColumnCount() != other.GetColumnCount()) return false;
+    POSITION mine = m_columnList.GetHeadPosition();
+    POSITION theirs = other.m_columnList.GetHeadPosition();
+    while (mine && theirs)
+        if (m_columnList.GetNext(mine)->m_attributeNo != other.m_columnList.GetNext(theirs)->m_attributeNo)
+            return false;
+    return true;
+}
+
+int CVrnApiIndex::Save() {
+    for (POSITION pos = m_columnList.GetHeadPosition(); pos;) m_columnList.GetNext(pos)->OutputRow();
+    if (m_keyType.m_text != KEYTYPE_PK) m_keyType.Set(0, m_isUnique == "Y" ? KEYTYPE_ALT : KEYTYPE_INV);
+    if (m_pStorage) {
+        m_pStorage->m_diagramNo = m_diagramNo;
+        m_pStorage->m_modelNo = m_modelNo;
+        m_pStorage->m_entityKey = m_entityKey;
+        m_pStorage->m_indexNo = m_indexNo;
+        m_pStorage->m_indexKey = m_indexKey;
+        m_pStorage->OutputRow();
+    }
+    OutputRow();
+    return 1;
 }

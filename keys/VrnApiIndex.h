@@ -1,5 +1,7 @@
 // CVrnApiIndex: a primary key or index of an entity, and the index row that
-// its entity writes. An index owns its column rows and its storage row.
+// its entity writes. The primary key is simply the index in the entity's
+// primary-key slot, with key type "P". An index owns its column rows and its
+// storage row.
 #pragma once
 
 #include <cstdint>
@@ -13,10 +15,11 @@ class CVrnApiIndex : public CNSOutputIndexes {
 public:
     // Key type texts of the index row.
     static const char* const KEYTYPE_PK;   // "P": the primary key
-    static const char* const KEYTYPE_ALT;  // "A": an alternate key
-    static const char* const KEYTYPE_INV;  // "I": an inversion entry
+    static const char* const KEYTYPE_ALT;  // "A": an alternate key (a unique index)
+    static const char* const KEYTYPE_INV;  // "I": an inversion entry (any other index)
 
-    // No owner and no storage row.
+    // No owner and no storage row: such an index cannot take columns,
+    // properties or be saved (those calls do nothing and answer 0).
     CVrnApiIndex() = default;
     // Makes the storage row through the owner's row factory, with every
     // storage parameter slot "not given" (-1).
@@ -24,6 +27,30 @@ public:
     ~CVrnApiIndex() override;
     CVrnApiIndex(const CVrnApiIndex&) = delete;
     CVrnApiIndex& operator=(const CVrnApiIndex&) = delete;
+
+    // Appends a column for attribute number `attributeNo`; a sequence of 0
+    // becomes the column count plus 1. Duplicates are not checked.
+    void AddColumn(std::uint32_t attributeNo, std::uint32_t sequence, int descending);
+    POSITION StartEnumIndexColumns() const { return m_columnList.GetHeadPosition(); }
+    // REQUIRES: `position` is not null.
+    CNSOutputIndexColumn* GetNextIndexColumn(POSITION& position) { return m_columnList.GetNext(position); }
+    int GetColumnCount() const { return m_columnList.GetCount(); }
+    // True when the columns carry `other`'s attribute numbers, position by position.
+    bool HasSameColumns(const CVrnApiIndex& other) const;
+
+    const char* GetIndexName() const { return m_indexName; }
+    CString& GetIsUnique() { return m_isUnique; }
+    // The next partition sequence of this index: 1, 2, 3, …
+    int NextPartitonSequenceNo() { return ++m_partitionSeq; }
+
+    // Writes the column rows, the storage row and the index row. An index that
+    // is not the primary key becomes "A" when its unique flag is exactly "Y",
+    // else "I". Always 1.
+    int Save();
+
+    // Physical and catalog options by property code; 0 for a refused code.
+    int SetProperty(int code, std::int32_t value);
+    int SetStringProperty(int code, const char* text);
 
     CVrnAPI* m_pOwner = nullptr;  // not owned
     // Owning: the column rows in order of adding.

@@ -10,7 +10,21 @@ class CTestBuilder : public CVrnAPI {
 public:
     using CVrnAPI::AllocKey;
     using CVrnAPI::GetDTHandle;
+    using CVrnAPI::DeleteForeignKey;
+    using CVrnAPI::FindUserType;
     using CVrnAPI::RowObjectClassFactory;
+
+    // A foreign key of the identifier map, or a pending one; null when neither.
+    CVrnApiForeignKey* ForeignKeyById(unsigned long id) {
+        if (CVrnApiForeignKey* known = m_foreignKeyMap.Find(static_cast<std::uint32_t>(id))) return known;
+        for (POSITION pos = m_pendingForeignKeyList.GetHeadPosition(); pos;) {
+            CVrnApiForeignKey* pending = m_pendingForeignKeyList.GetNext(pos);
+            if (pending->m_fkKey == id) return pending;
+        }
+        return nullptr;
+    }
+    int ForeignKeyCount() const { return m_foreignKeyList.GetCount(); }
+    int PendingForeignKeyCount() const { return m_pendingForeignKeyList.GetCount(); }
 };
 
 // Registers the three texts that name the model's own rows, and removes them
