@@ -78,6 +78,17 @@ int main(int argc, char** argv) {
 
     builder->AddEntity("V_EMP", "dbo", 0, 1);  // views are described but write no rows
 
+    // Keys, an index and the relationship between the two tables.
+    builder->AddPrimaryKey(dept, "PK_DEPT");
+    builder->AddPrimaryKeyColumn(dept, "DEPT_ID", 0);
+    builder->AddPrimaryKey(emp, "PK_EMP");
+    builder->AddPrimaryKeyColumn(emp, "EMP_ID", 0);
+    const unsigned long byDept = builder->AddIndex(emp, nullptr);  // named EMPIX2
+    builder->AddIndexColumn(byDept, "DEPT_ID", 0, 0);
+    const unsigned long worksIn = builder->AddForeignKey(dept, emp, "FK_EMP_DEPT", "DEPT", "dbo");
+    builder->AddForeignKeyColumnPair(worksIn, "DEPT_ID", "DEPT_ID", 0);
+    builder->SetForeignKeyProperty(worksIn, 78, 1);  // on delete restrict
+
     builder->SaveToFile(path);
     const std::string error = builder->GetVrnFile()->GetLastError();
     delete builder;
@@ -100,8 +111,13 @@ int main(int argc, char** argv) {
         {"Model", "row_seq, model_no, name"},
         {"Attribute", "row_seq, entity_key, attribute_no, attribute_id, column_name, datatype, width, scale, "
                       "null_option, user_datatype_id, sequence_no"},
+        {"PrimaryKey", "row_seq, entity_key, attribute_no, attribute_id"},
+        {"Indexes", "row_seq, entity_key, index_no, index_key, key_type, index_name, is_unique"},
+        {"IndexColumn", "row_seq, index_key, attribute_no, sequence_no, sort_order"},
         {"TableStorage", "row_seq, entity_key, param5"},
         {"Entity", "row_seq, entity_key, owner, entity_name, definition"},
+        {"ForeignKey", "row_seq, fk_key, parent_entity_key, child_entity_key, relationship_type, name, t14"},
+        {"ForeignKeyColumn", "row_seq, fk_key, sequence_no, parent_attribute_no, child_attribute_no"},
         {"Defaults", "row_seq, default_id, name, text"},
         {"Rules", "row_seq, rule_id, name, text"},
         {"UserDatatype", "row_seq, user_datatype_id, name, datatype, length, scale"},
