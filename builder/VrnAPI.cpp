@@ -1,9 +1,12 @@
 #include "builder/VrnAPI.h"
 
+#include <unordered_set>
+
 #include "builder/Platforms.h"
 #include "entity/VrnApiAttribute.h"
 #include "entity/VrnApiEntity.h"
 #include "keys/VrnApiForeignKey.h"
+#include "keys/MigrationMap.h"
 #include "keys/VrnApiIndex.h"
 
 IMPLEMENT_DYNCREATE(CVrnAPI, CCmdTarget)
@@ -54,16 +57,19 @@ CVrnAPI::~CVrnAPI() {
     m_pPropertyMgr = nullptr;
     delete m_pVrnFile;
     m_pVrnFile = nullptr;
+    m_pMigrationMap.reset();
 
     EmptyList(m_entityList);
-    // A foreign key that never left the pending list (it has no position in
-    // the foreign key list) is owned by nobody else: it goes here.
-    for (POSITION pos = m_pendingForeignKeyList.GetHeadPosition(); pos;) {
-        CVrnApiForeignKey* foreignKey = m_pendingForeignKeyList.GetNext(pos);
-        if (!foreignKey->m_pOwnerData) delete foreignKey;
-    }
+    // Foreign keys are owned through the foreign key list; one that never left
+    // the pending list is owned by nobody else. A foreign key resolved twice
+    // stands in the list twice: each is deleted once.
+    std::unordered_set<CVrnApiForeignKey*> foreignKeys;
+    for (POSITION pos = m_foreignKeyList.GetHeadPosition(); pos;) foreignKeys.insert(m_foreignKeyList.GetNext(pos));
+    for (POSITION pos = m_pendingForeignKeyList.GetHeadPosition(); pos;)
+        foreignKeys.insert(m_pendingForeignKeyList.GetNext(pos));
+    for (CVrnApiForeignKey* foreignKey : foreignKeys) delete foreignKey;
+    m_foreignKeyList.RemoveAll();
     m_pendingForeignKeyList.RemoveAll();
-    EmptyList(m_foreignKeyList);
     EmptyList(m_checkConstraintList);
     EmptyList(m_defaultList);
     EmptyList(m_ruleList);
@@ -146,6 +152,7 @@ int CVrnAPI::SaveToFile(const char* path) {
     if (!m_pVrnFile || !m_pNameSpaceMgr || !m_pGuidMgr || !m_pPropertyMgr) return 0;
     const CString target(path);  // a null path counts as empty, which the file refuses
 
+    UpdateRelationships(0);
     WriteModelRows(target);
 
     for (POSITION pos = m_entityList.GetHeadPosition(); pos;) m_entityList.GetNext(pos)->Save();

@@ -25,6 +25,7 @@ class CVrnApiEntity;
 class CVrnApiAttribute;
 class CVrnApiIndex;
 class CVrnApiForeignKey;
+class CMigrationMap;
 
 class CVrnAPI : public CCmdTarget {
     DECLARE_DYNCREATE(CVrnAPI)
@@ -105,6 +106,11 @@ public:
     // on update cascade/restrict; a value of 0 changes nothing.
     int SetForeignKeyProperty(unsigned long foreignKeyId, int code, long value);
 
+    // Attaches pending foreign keys to parents found by name and adds their
+    // column pairs, appending a message to `messages` for every problem.
+    // True when at least one foreign key is addressable afterwards.
+    bool ResolveForeignKeyConstraints(CStringList& messages);
+
     // Defaults, rules and user datatypes, each numbered by its place in its
     // own list. The third argument of AddDefault and AddRule is ignored.
     unsigned long AddDefault(const char* name, const char* text, const char* reserved);
@@ -126,6 +132,17 @@ public:
 
 protected:
     void** GetDTHandle() { return m_dtHandle; }
+    // Completes the relationships before a save: types, alternate key
+    // references, cycles, owners, origins, role names and copies of attributes
+    // that several relationships migrate. With `writeRows` nonzero the
+    // attribute rows it changes are written at once.
+    void UpdateRelationships(int writeRows);
+    // Every valid foreign key is identifying unless a child column is not in
+    // the child's primary key.
+    void FixupRelationshipTypes();
+    // An invalid foreign key whose parent columns are exactly a unique index
+    // of the parent becomes valid, referencing that index.
+    void FixupAKRelationships();
     // Marks the foreign key invalid; nothing is removed.
     void DeleteForeignKey(unsigned long foreignKeyId);
     // The user datatype row of that identifier, or null.
@@ -159,6 +176,14 @@ private:
     CVrnApiIndex* FindIndex(unsigned long indexId) const;
     // A foreign key of the identifier map, else of the pending list; or null.
     CVrnApiForeignKey* FindAnyForeignKey(unsigned long foreignKeyId) const;
+    // Relationship resolution, in its passes.
+    struct COrigin {
+        std::uint32_t entityKey;
+        std::uint32_t attributeNo;
+    };
+    COrigin TraceOrigin(std::uint32_t entityKey, std::uint32_t attributeNo);
+    void AssignOwners(int writeRows);
+    void CopySharedAttributes(int writeRows);
 
 protected:
     // The model's containers, open to subclasses (tools and tests that
@@ -197,6 +222,8 @@ protected:
     CTypedPtrList<CPtrList, CNSOutputPackage*> m_packageList;
     CTypedPtrList<CPtrList, CNSOutputReferencedObject*> m_referencedObjectList;
     CTypedPtrList<CPtrList, CNSOutputStorageObj*> m_storageObjectList;
+    // The migration map of the latest UpdateRelationships; owned.
+    std::unique_ptr<CMigrationMap> m_pMigrationMap;
     std::uint32_t m_modelId;
     CString m_db2SqlId;
     std::vector<CRetiredManagers> m_retiredManagers;

@@ -13,6 +13,7 @@ public:
     using CVrnAPI::DeleteForeignKey;
     using CVrnAPI::FindUserType;
     using CVrnAPI::RowObjectClassFactory;
+    using CVrnAPI::UpdateRelationships;
 
     // A foreign key of the identifier map, or a pending one; null when neither.
     CVrnApiForeignKey* ForeignKeyById(unsigned long id) {
