@@ -205,7 +205,7 @@ void CVrnAPI::AssignOwners(int writeRows) {
 
             bool self = origin.entityKey == foreignKey->m_childEntityKey &&
                         origin.attributeNo == column->m_childAttributeNo;
-            if (!self && !IsIdentifying(*foreignKey)) {
+            if (!self && CString(foreignKey->GetRelationshipType()) == "N") {
                 const CMigrationRecord* record =
                     m_pMigrationMap->Lookup(foreignKey->m_childEntityKey, column->m_childAttributeNo);
                 self = record && record->conflict;
