@@ -8,9 +8,12 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <tuple>
 #include <vector>
 
+#include "catalog/NameOwnerIndex.h"
 #include "framework/AfxColl.h"
 #include "framework/AfxObject.h"
 #include "framework/AfxString.h"
@@ -121,6 +124,46 @@ public:
     unsigned long AddUserType(const char* name, const char* datatype);
     unsigned long FindUserType(const char* name);
 
+    // Binding of defaults and rules, by names as catalogs spell them. The
+    // target is a column (table.column, owner.table.column) or a user
+    // datatype. Answers the entity's identifier for a column, the user
+    // datatype's for a datatype, 0 when nothing was bound.
+    unsigned long BindRule(const char* ruleName, const char* target);
+    unsigned long BindDefault(const char* defaultName, const char* target);
+
+    // A table or column check constraint, numbered per entity. An unknown
+    // entity or column adds nothing. The last argument is ignored.
+    void AddCheckConstraint(const char* name, const char* text, unsigned long entityId, const char* columnName,
+                            unsigned long reserved);
+
+    // Code objects. A null or empty owner in a find matches any owner.
+    unsigned long AddTrigger(const char* name, const char* owner, const char* text, int kind,
+                             unsigned long parentValue);
+    unsigned long FindTrigger(const char* name, const char* owner, unsigned long& parentValue);
+    void SetTriggerInvalid(unsigned long triggerId);
+    unsigned long AddProcedure(const char* name, const char* owner, const char* text, int kind);
+    unsigned long FindProcedure(const char* name, const char* owner);
+    void SetProcInvalid(unsigned long procedureId);
+    // Specification and body of one package merge into one row.
+    unsigned long AddPackage(const char* name, const char* owner, const char* text, bool isBody);
+    // A package with no owner of its own is found under any owner.
+    CNSOutputPackage* FindPackage(const char* name, const char* owner);
+    // 0 when the meta table number is unknown.
+    unsigned long AddReferencedObject(unsigned long value1, unsigned long value2, unsigned long value3,
+                                      unsigned long value4, int metaTableNo);
+    unsigned long FindReferencedObject(unsigned long value1, unsigned long value2, unsigned long value3,
+                                       unsigned long value4, int metaTableNo);
+
+    // Partitions, kept by the property manager, and storage objects.
+    unsigned long AddTablePartition(unsigned long entityId, const char* name);
+    unsigned long AddIndexPartition(unsigned long indexId, const char* name);
+    int AddTablePartitionColumn(unsigned long entityId, const char* columnName, int sequence);
+    int AddIndexPartitionColumn(unsigned long indexId, const char* columnName, int sequence);
+    int SetPartitionProperty(unsigned long partitionId, int code, long value);
+    int SetPartitionStringProperty(unsigned long partitionId, int code, const char* text);
+    // Always 0: the storage object's identifier is not handed out.
+    unsigned long AddStorageObject(const char* name, const char* owner, const char* text, int kind);
+
     // Platforms and datatype names.
     // The model's datatype code for a bare datatype name (no length, no
     // blanks), compared without regard to case; null when the name is unknown.
@@ -143,6 +186,8 @@ protected:
     // An invalid foreign key whose parent columns are exactly a unique index
     // of the parent becomes valid, referencing that index.
     void FixupAKRelationships();
+    // BindRule with `isRule` 1, BindDefault with 0.
+    unsigned long BindObject(const char* objectName, const char* target, int isRule);
     // Marks the foreign key invalid; nothing is removed.
     void DeleteForeignKey(unsigned long foreignKeyId);
     // The user datatype row of that identifier, or null.
@@ -233,4 +278,13 @@ protected:
     CFirstMatchNameIndex<CNSOutputUserDatatype> m_userDatatypeIndex;
     // User datatype n is at index n - 1.
     std::vector<CNSOutputUserDatatype*> m_userDatatypeById;
+    CNameOwnerIndex<CNSOutputTrigger> m_triggerIndex;
+    CNameOwnerIndex<CNSOutputProc> m_procedureIndex;
+    CNameOwnerIndex<CNSOutputPackage> m_packageIndex;
+    CMapIdToPtr<CNSOutputTrigger> m_triggerMap;
+    CMapIdToPtr<CNSOutputProc> m_procedureMap;
+    // The first referenced object of (value 1, value 2, value 3, value 4, meta table key).
+    std::map<std::tuple<std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t>,
+             CNSOutputReferencedObject*>
+        m_referencedObjectIndex;
 };

@@ -1,17 +1,33 @@
 #include "catalog/CatalogText.h"
 
+CString StripNPrefixRun(const CString& text) {
+    int run = 0;
+    while (text.GetAt(run) == 'N' || text.GetAt(run) == '\'') ++run;
+    return text.Mid(run);
+}
+
 CString StripCatalogQuotes(const char* text) {
     CString name(text);
     name.TrimRight('\'');
     name.TrimLeft('\'');
     name.TrimRight('"');
     name.TrimLeft('"');
-    if (name.GetAt(0) == 'N' && name.GetAt(1) == '\'') {
-        int run = 0;
-        while (name.GetAt(run) == 'N' || name.GetAt(run) == '\'') ++run;
-        name = name.Mid(run);
-    }
+    if (name.GetAt(0) == 'N' && name.GetAt(1) == '\'') name = StripNPrefixRun(name);
     return name;
+}
+
+CString StripQuotesAndNPrefix(const char* text) {
+    CString name(text);
+    name.TrimRight('\'');
+    name.TrimLeft('\'');
+    return StripNPrefixRun(name);
+}
+
+CString StripBrackets(const CString& text) {
+    CString stripped(text);
+    stripped.TrimLeft('[');
+    stripped.TrimRight(']');
+    return stripped;
 }
 
 bool IsCatalogSpace(char ch) {

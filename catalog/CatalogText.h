@@ -13,6 +13,17 @@
 // leading run of N and apostrophe characters (so N'Nation becomes ation).
 CString StripCatalogQuotes(const char* text);
 
+// Removes every trailing, then every leading apostrophe, then the whole
+// leading run of N and apostrophe characters, whether or not the text starts
+// with N' (a name such as NoneDefault loses its N too).
+CString StripQuotesAndNPrefix(const char* text);
+
+// Removes the whole leading run of N and apostrophe characters.
+CString StripNPrefixRun(const CString& text);
+
+// Removes every leading "[" and every trailing "]".
+CString StripBrackets(const CString& text);
+
 // White space as catalogs and scripts use it: space, tab, CR, LF, VT, FF.
 bool IsCatalogSpace(char ch);
 CString TrimCatalogSpace(const CString& text);

@@ -357,7 +357,7 @@ public:
 class CDbTriggerBase : public CRowBaseT<CDbTriggerBase> {
 public:
     u32 m_triggerKey = 0;
-    i32 m_parentValue = 0;
+    u32 m_parentValue = 0;
     i32 m_isInvalid = 0;
     i32 m_kind = 0;
 
@@ -374,7 +374,7 @@ public:
 class CProcBase : public CRowBaseT<CProcBase> {
 public:
     u32 m_procKey = 0;
-    i32 m_fixedNo = 0;
+    u32 m_fixedNo = 0;
     i32 m_kind = 0;
     i32 m_isInvalid = 0;
 
@@ -391,7 +391,7 @@ public:
 class CDbPackageBase : public CRowBaseT<CDbPackageBase> {
 public:
     u32 m_packageKey = 0;
-    i32 m_fixedNo = 0;
+    u32 m_fixedNo = 0;
 
     VRN_TECH_KEY(m_packageKey)
     auto RowKey() const { return std::make_tuple(m_packageKey); }
@@ -404,11 +404,11 @@ public:
 class CReferenced_ObjectBase : public CRowBaseT<CReferenced_ObjectBase> {
 public:
     u32 m_objectKey = 0;
-    i32 m_value1 = 0;
-    i32 m_value2 = 0;
-    i32 m_value3 = 0;
+    u32 m_value1 = 0;
+    u32 m_value2 = 0;
+    u32 m_value3 = 0;
     u32 m_metaTableKey = 0;
-    i32 m_value4 = 0;
+    u32 m_value4 = 0;
 
     VRN_TECH_KEY(m_objectKey)
     auto RowKey() const { return std::make_tuple(m_objectKey); }
@@ -425,7 +425,7 @@ public:
 class CStorage_ObjectBase : public CRowBaseT<CStorage_ObjectBase> {
 public:
     u32 m_objectKey = 0;
-    i32 m_fixedNo = 0;
+    u32 m_fixedNo = 0;
     i32 m_kind = 0;
 
     VRN_TECH_KEY(m_objectKey)
