@@ -1,0 +1,221 @@
+// Check constraints, code objects (triggers, procedures, packages,
+// referenced objects), storage objects, and the nine catalog lists in the
+// saved file.
+#include <gtest/gtest.h>
+
+#include "ModelFileReader.h"
+#include "TestBuilder.h"
+
+namespace {
+
+class CatalogObjectsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(m_builder.Initialize(34, nullptr), 1);
+        m_item = m_builder.AddEntity("ITEM", "SALES", 0, 0);
+        m_builder.AddAttribute(m_item, "QTY", "int", -1, -1, 1, 0);
+        m_builder.AddAttribute(m_item, "STATE", "int", -1, -1, 1, 0);
+    }
+    CModelFileReader& Save() {
+        const std::string path = m_dir.File("model.vrn");
+        m_builder.SaveToFile(path.c_str());
+        EXPECT_STREQ(m_builder.GetVrnFile()->GetLastError(), "");
+        m_reader = std::make_unique<CModelFileReader>(path);
+        return *m_reader;
+    }
+    CVrnApiAttribute& Attribute(int number) { return *m_builder.GetEntityPtr(m_item)->GetAttribute(number); }
+
+    CScratchDir m_dir;
+    CTestBuilder m_builder;
+    std::unique_ptr<CModelFileReader> m_reader;
+    unsigned long m_item = 0;
+};
+
+TEST_F(CatalogObjectsTest, CheckConstraintsAreNumberedPerEntity) {
+    const unsigned long other = m_builder.AddEntity("OTHER", nullptr, 0, 0);
+    m_builder.AddCheckConstraint("CK1", "QTY > 0", m_item, "qty", 0);
+    m_builder.AddCheckConstraint(nullptr, "STATE IN (1, 2)", m_item, nullptr, 99);
+    m_builder.SetModelId(7);
+    m_builder.AddCheckConstraint("CK3", "1 = 1", m_item, nullptr, 0);
+    m_builder.AddCheckConstraint("CK_OTHER", "1 = 1", other, nullptr, 0);
+    const auto rows = Save().Rows("CheckConstraints");
+    ASSERT_EQ(rows.size(), 4u);
+    EXPECT_EQ(rows[0].at("constraint_no") + rows[1].at("constraint_no") + rows[2].at("constraint_no") +
+                  rows[3].at("constraint_no"),
+              "1231");
+    EXPECT_EQ(rows[0].at("attribute_no"), "1");
+    EXPECT_EQ(rows[0].at("attribute_id"), "1");
+    EXPECT_EQ(rows[0].at("entity_key"), std::to_string(m_item));
+    EXPECT_EQ(rows[0].at("table_key"), std::to_string(m_item));
+    EXPECT_EQ(rows[0].at("model_no"), "1");
+    EXPECT_EQ(rows[1].at("name"), "");
+    EXPECT_EQ(rows[1].at("attribute_id"), "0");
+    EXPECT_EQ(rows[1].at("text"), "STATE IN (1, 2)");
+    EXPECT_EQ(rows[2].at("model_no"), "7");
+    EXPECT_NE(rows[0].at("constraint_key"), rows[1].at("constraint_key"));
+}
+
+TEST_F(CatalogObjectsTest, UnknownEntitiesAndColumnsAddNoCheckConstraint) {
+    m_builder.AddCheckConstraint("CK", "1 = 1", 999, nullptr, 0);
+    m_builder.AddCheckConstraint("CK", "1 = 1", m_item, "MISSING", 0);
+    EXPECT_EQ(m_builder.GetEntityPtr(m_item)->m_nextCheckConstraintNo, 1);
+    m_builder.AddCheckConstraint("CK", "1 = 1", m_item, nullptr, 0);
+    EXPECT_EQ(Save().Scalar("SELECT group_concat(constraint_no) FROM CheckConstraints"), "1");
+}
+
+TEST_F(CatalogObjectsTest, ColumnsAlreadyConstrainedGetTheConstraintFlag) {
+    m_builder.AddUserType("Flag", "int");
+    m_builder.AddAttribute(m_item, "TYPED", "Flag", -1, -1, 1, 0);
+    m_builder.AddRule("positive", "@v > 0", nullptr);
+    m_builder.AddDefault("zero", "0", nullptr);
+    m_builder.BindRule("positive", "ITEM.QTY");
+    m_builder.BindDefault("zero", "ITEM.STATE");
+    Attribute(1).m_constraintFlags = 2;
+    m_builder.AddCheckConstraint("CK1", "QTY > 0", m_item, "QTY", 0);
+    m_builder.AddCheckConstraint("CK2", "STATE > 0", m_item, "STATE", 0);  // a default alone does not count
+    m_builder.AddCheckConstraint("CK3", "TYPED > 0", m_item, "TYPED", 0);
+    EXPECT_EQ(Attribute(1).m_constraintFlags, 10u);
+    EXPECT_EQ(Attribute(2).m_constraintFlags, 0u);
+    EXPECT_EQ(m_builder.GetEntityPtr(m_item)->GetAttribute(3)->m_constraintFlags, 8u);
+}
+
+TEST_F(CatalogObjectsTest, ARuleBoundAfterTheCheckConstraintSetsNoFlag) {
+    m_builder.AddRule("positive", "@v > 0", nullptr);
+    m_builder.AddCheckConstraint("CK1", "QTY > 0", m_item, "QTY", 0);
+    m_builder.BindRule("positive", "ITEM.QTY");
+    EXPECT_EQ(Attribute(1).m_constraintFlags, 0u);
+    EXPECT_EQ(Save().Scalar("SELECT constraint_flags FROM Attribute WHERE column_name = 'QTY'"), "0");
+}
+
+TEST_F(CatalogObjectsTest, TriggersAndProceduresAreFoundByNameAndOwner) {
+    const unsigned long owned = m_builder.AddTrigger("TR_ITEM", "SALES", "begin null; end;", 3, 77);
+    const unsigned long ownerless = m_builder.AddTrigger("TR_FREE", "", "x", 1, 5);
+    unsigned long parent = 99;
+    EXPECT_EQ(m_builder.FindTrigger("tr_item", "sales", parent), owned);
+    EXPECT_EQ(parent, 77u);
+    EXPECT_EQ(m_builder.FindTrigger("TR_ITEM", nullptr, parent), owned);
+    EXPECT_EQ(m_builder.FindTrigger("TR_ITEM", "HR", parent), 0u);
+    EXPECT_EQ(parent, 0u);
+    EXPECT_EQ(m_builder.FindTrigger("TR_FREE", "SALES", parent), 0u);  // an empty owner is not any owner
+    EXPECT_EQ(m_builder.FindTrigger("TR_FREE", "", parent), ownerless);
+
+    const unsigned long first = m_builder.AddProcedure("P_CALC", "SALES", "text", 1);
+    const unsigned long second = m_builder.AddProcedure("P_CALC", "HR", "text", 2);
+    EXPECT_EQ(m_builder.FindProcedure("p_calc", nullptr), first);
+    EXPECT_EQ(m_builder.FindProcedure("P_CALC", "hr"), second);
+    EXPECT_EQ(m_builder.FindProcedure("P_OTHER", nullptr), 0u);
+}
+
+TEST_F(CatalogObjectsTest, InvalidMarkersTouchOnlyTheirOwnList) {
+    const unsigned long trigger = m_builder.AddTrigger("TR", "S", "t", 0, 0);
+    const unsigned long procedure = m_builder.AddProcedure("P", "S", "t", 0);
+    ASSERT_EQ(trigger, procedure);  // separate key classes: both are 1
+    m_builder.SetTriggerInvalid(trigger);
+    m_builder.SetProcInvalid(999);
+    Save();
+    EXPECT_EQ(m_reader->Scalar("SELECT is_invalid FROM DbTrigger"), "1");
+    EXPECT_EQ(m_reader->Scalar("SELECT is_invalid FROM Proc"), "0");
+}
+
+TEST_F(CatalogObjectsTest, PackageSpecificationAndBodyMergeIntoOneRow) {
+    const unsigned long spec = m_builder.AddPackage("PKG", "SCOTT", "package PKG is end;", false);
+    const unsigned long body = m_builder.AddPackage("pkg", "scott", "package body PKG is end;", true);
+    EXPECT_EQ(spec, body);
+    EXPECT_EQ(m_builder.AddPackage("PKG", "SCOTT", "package body PKG is begin null; end;", true), spec);
+    const auto rows = Save().Rows("DbPackage");
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(rows[0].at("name"), "PKG");
+    EXPECT_EQ(rows[0].at("owner"), "SCOTT");
+    EXPECT_EQ(rows[0].at("fixed_no"), "1");
+    EXPECT_EQ(rows[0].at("spec_text"), "package PKG is end;");
+    EXPECT_EQ(rows[0].at("body_text"), "package body PKG is begin null; end;");
+}
+
+TEST_F(CatalogObjectsTest, APackageWithoutOwnerMatchesAnyOwner) {
+    const unsigned long ownerless = m_builder.AddPackage("pkg", "", "spec", false);
+    EXPECT_EQ(m_builder.AddPackage("PKG", "SCOTT", "body", true), ownerless);
+    EXPECT_EQ(m_builder.FindPackage("PKG", "ANYONE")->m_packageKey, ownerless);
+    const unsigned long other = m_builder.AddPackage("OTHER", "HR", "spec", false);
+    EXPECT_EQ(m_builder.FindPackage("OTHER", "SCOTT"), nullptr);
+    EXPECT_EQ(m_builder.FindPackage("OTHER", nullptr)->m_packageKey, other);
+    EXPECT_EQ(m_builder.GetPackageList().GetCount(), 2);
+}
+
+TEST_F(CatalogObjectsTest, TheEarliestOfAnOwnedAndAnOwnerlessPackageWins) {
+    const unsigned long owned = m_builder.AddPackage("PKG", "SCOTT", "a", false);
+    m_builder.AddPackage("PKG", nullptr, "b", false);  // matches SCOTT's package: merged, not added
+    EXPECT_EQ(m_builder.GetPackageList().GetCount(), 1);
+    EXPECT_EQ(m_builder.FindPackage("PKG", "SCOTT")->m_packageKey, owned);
+    const unsigned long hr = m_builder.AddPackage("PKG", "HR", "c", false);
+    EXPECT_NE(hr, owned);
+    EXPECT_EQ(m_builder.FindPackage("PKG", "HR")->m_packageKey, hr);
+}
+
+TEST_F(CatalogObjectsTest, ReferencedObjectsNeedAKnownMetaTable) {
+    EXPECT_EQ(m_builder.AddReferencedObject(1, 2, 3, 4, 999), 0u);
+    const unsigned long first = m_builder.AddReferencedObject(1, 2, 3, 4, 40);
+    const unsigned long second = m_builder.AddReferencedObject(1, 2, 3, 4, 40);
+    EXPECT_EQ(first, 1u);  // the refused call used no key
+    EXPECT_NE(first, second);
+    EXPECT_EQ(m_builder.FindReferencedObject(1, 2, 3, 4, 40), first);
+    EXPECT_EQ(m_builder.FindReferencedObject(2, 1, 3, 4, 40), 0u);
+    EXPECT_EQ(m_builder.FindReferencedObject(1, 2, 3, 4, 12), 0u);
+    EXPECT_EQ(m_builder.FindReferencedObject(1, 2, 3, 4, 999), 0u);
+    const auto rows = Save().Rows("Referenced_Object");
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0].at("meta_table_key"), std::to_string(m_builder.GetPropertyMgr()->m_pMetaTableTbl->GetTechKey(40)));
+    EXPECT_EQ(rows[0].at("value1") + rows[0].at("value2") + rows[0].at("value3") + rows[0].at("value4"), "1234");
+}
+
+TEST_F(CatalogObjectsTest, StorageObjectsAreWrittenButNotHandedOut) {
+    EXPECT_EQ(m_builder.AddStorageObject("TS_DATA", nullptr, "create tablespace TS_DATA", 4), 0u);
+    EXPECT_EQ(m_builder.AddStorageObject("TS_IDX", "SYS", "create tablespace TS_IDX", 4), 0u);
+    const auto rows = Save().Rows("Storage_Object");
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0].at("owner"), "");
+    EXPECT_EQ(rows[0].at("kind"), "4");
+    EXPECT_EQ(rows[0].at("fixed_no"), "1");
+    EXPECT_EQ(rows[1].at("owner"), "SYS");
+    EXPECT_NE(rows[0].at("object_key"), rows[1].at("object_key"));
+}
+
+TEST_F(CatalogObjectsTest, TheNineCatalogListsAreWrittenInTheirFixedOrder) {
+    // Added in reverse of the order in which they are written.
+    m_builder.AddStorageObject("S", nullptr, "s", 0);
+    m_builder.AddReferencedObject(1, 1, 1, 1, 40);
+    m_builder.AddPackage("PKG", nullptr, "p", false);
+    m_builder.AddProcedure("P", nullptr, "p", 0);
+    m_builder.AddTrigger("T", nullptr, "t", 0, 0);
+    m_builder.AddUserType("U", "int");
+    m_builder.AddRule("R", "r", nullptr);
+    m_builder.AddDefault("D", "d", nullptr);
+    m_builder.AddCheckConstraint("C", "c", m_item, nullptr, 0);
+    Save();
+    const char* const order[] = {"Entity",    "CheckConstraints", "Defaults",  "Rules",          "UserDatatype",
+                                 "DbTrigger", "Proc",             "DbPackage", "Referenced_Object", "Storage_Object"};
+    std::int64_t previous = 0;
+    for (const char* table : order) {
+        const std::int64_t seq = std::stoll(m_reader->Scalar(std::string("SELECT row_seq FROM ") + table));
+        EXPECT_GT(seq, previous) << table;
+        previous = seq;
+    }
+}
+
+TEST(CatalogMisuseTest, NothingIsAddedBeforeInitialize) {
+    CVrnAPI builder;
+    unsigned long parent = 5;
+    EXPECT_EQ(builder.AddTrigger("T", nullptr, "t", 0, 0), 0u);
+    EXPECT_EQ(builder.FindTrigger("T", nullptr, parent), 0u);
+    EXPECT_EQ(parent, 0u);
+    EXPECT_EQ(builder.AddProcedure("P", nullptr, "p", 0), 0u);
+    EXPECT_EQ(builder.AddPackage("PKG", nullptr, "p", false), 0u);
+    EXPECT_EQ(builder.FindPackage("PKG", nullptr), nullptr);
+    EXPECT_EQ(builder.AddReferencedObject(1, 1, 1, 1, 40), 0u);
+    EXPECT_EQ(builder.AddStorageObject("S", nullptr, "s", 0), 0u);
+    EXPECT_EQ(builder.AddTablePartition(1, "P1"), 0u);
+    EXPECT_EQ(builder.SetPartitionProperty(1, 16, 1), 0);
+    builder.AddCheckConstraint("C", "c", 1, nullptr, 0);
+    EXPECT_TRUE(builder.GetPackageList().IsEmpty());
+}
+
+}  // namespace
