@@ -1,0 +1,72 @@
+// Turns DDL scripts into model objects through the public model builder
+// interface, statement by statement. Foreign keys are declared after every
+// script has been read, so that their parents and the parents' keys exist
+// whatever the order of the script; a parent that is still unknown leaves
+// its foreign key pending, and resolution reports it.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include <VrnIntf.h>
+
+#include "ImportReport.h"
+#include "SqlCursor.h"
+#include "SqlScript.h"
+
+class CDdlImporter {
+public:
+    CDdlImporter(CVrnAPI& builder, CImportReport& report) : m_builder(builder), m_report(report) {}
+
+    // Template tags &$NAME. are replaced by these values.
+    void SetTags(std::vector<std::pair<std::string, std::string>> tags) { m_tags = std::move(tags); }
+    void ImportScript(const std::string& sourceName, const std::string& text);
+    // Declares the collected foreign keys and resolves the pending ones.
+    void Finish();
+
+private:
+    struct CForeignKeyDecl {
+        unsigned long child = 0;
+        std::string name;
+        CQualifiedName parent;
+        std::vector<std::string> parentColumns;
+        std::vector<std::string> childColumns;
+        int onDelete = 0;  // property code, 0 for none
+        int onUpdate = 0;
+    };
+    struct CContext;  // the statement being read
+
+    void ImportStatement(const CSqlStatement& statement, const std::string& source);
+    void LineCommand(CSqlCursor& cursor);
+    bool CreateTable(CSqlCursor& cursor, CContext& context);
+    void TableElement(CSqlCursor& cursor, unsigned long entity, CContext& context);
+    void Column(CSqlCursor& cursor, unsigned long entity, CContext& context);
+    // PRIMARY KEY / UNIQUE / FOREIGN KEY / CHECK after an optional name.
+    bool TableConstraint(CSqlCursor& cursor, unsigned long entity, const std::string& name, CContext& context);
+    void TableOptions(CSqlCursor& cursor, unsigned long entity, CContext& context);
+    void Partitions(CSqlCursor& cursor, unsigned long entity, unsigned long index);
+    void StorageClause(CSqlCursor& cursor, unsigned long entity, unsigned long index, unsigned long partition);
+    bool CreateIndex(CSqlCursor& cursor, CContext& context);
+    bool IndexOptions(CSqlCursor& cursor, unsigned long index, unsigned long entity);
+    bool AlterTable(CSqlCursor& cursor, CContext& context);
+    bool CreateView(CSqlCursor& cursor, CContext& context);
+    bool CreateCode(CSqlCursor& cursor, CContext& context);
+    bool CreateStorageObject(CSqlCursor& cursor, CContext& context);
+    bool CreateDefaultOrRule(CSqlCursor& cursor, CContext& context, bool isRule);
+    bool CreateType(CSqlCursor& cursor, CContext& context);
+    bool CommentOn(CSqlCursor& cursor, CContext& context);
+    bool SystemProcedure(CSqlCursor& cursor, CContext& context);
+    void ReferencesClause(CSqlCursor& cursor, CForeignKeyDecl& decl);
+    unsigned long AddUniqueIndex(unsigned long entity, const std::string& name, const std::vector<std::string>& columns,
+                                 bool primary, bool clustered);
+    unsigned long FindTable(const CQualifiedName& name);
+    void Warn(const CContext& context, const std::string& text);
+
+    CVrnAPI& m_builder;
+    CImportReport& m_report;
+    std::vector<std::pair<std::string, std::string>> m_tags;
+    std::vector<CForeignKeyDecl> m_foreignKeys;
+    std::map<unsigned long, std::vector<std::string>> m_tablePartitions;
+    std::string m_scriptText;
+};

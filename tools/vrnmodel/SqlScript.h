@@ -1,0 +1,33 @@
+// Cutting a script into statements. Three styles of script are recognised
+// from their terminators: T-SQL batches ended by GO lines (statements inside
+// a batch may also end where the next one starts on a new line), SQL*Plus
+// scripts whose code blocks end with a line holding only "/", and plain
+// ";"-terminated scripts (DB2, most tools), where code blocks are delimited
+// by their BEGIN ... END. A line holding only "~" also ends a statement.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "SqlLexer.h"
+
+struct CSqlStatement {
+    std::vector<CToken> tokens;  // without the terminator
+    std::string text;            // the statement as written
+    int line = 0;                // its first line
+    bool lineCommand = false;    // a client command such as SET, SPOOL or CONNECT, ended by its line
+};
+
+struct CSqlScript {
+    std::vector<CSqlStatement> statements;
+    bool usesGo = false;
+    bool usesSlash = false;
+};
+
+// Prepares raw script text: drops SQL*Plus REM/REMARK/PROMPT lines (their
+// free text may hold unbalanced quotes) and replaces template tags &$NAME.
+// with `tagValue(NAME)`.
+std::string PrepareScriptText(const std::string& text, const std::vector<std::pair<std::string, std::string>>& tags,
+                              std::vector<std::string>& unresolvedTags);
+
+CSqlScript SplitScript(const std::string& text);

@@ -1,0 +1,71 @@
+#include "SqliteImporter.h"
+
+#include <sqlite3.h>
+
+#include <cstring>
+#include <fstream>
+#include <memory>
+#include <vector>
+
+#include "DdlImporter.h"
+
+namespace {
+
+struct CSqliteCloser {
+    void operator()(sqlite3* db) const { sqlite3_close(db); }
+};
+struct CStatementCloser {
+    void operator()(sqlite3_stmt* stmt) const { sqlite3_finalize(stmt); }
+};
+using CDatabase = std::unique_ptr<sqlite3, CSqliteCloser>;
+using CQuery = std::unique_ptr<sqlite3_stmt, CStatementCloser>;
+
+CQuery Prepare(sqlite3* db, const std::string& sql) {
+    sqlite3_stmt* stmt = nullptr;
+    sqlite3_prepare_v2(db, sql.c_str(), -1, &stmt, nullptr);
+    return CQuery(stmt);
+}
+
+std::string Text(sqlite3_stmt* stmt, int column) {
+    const unsigned char* text = sqlite3_column_text(stmt, column);
+    return text ? reinterpret_cast<const char*>(text) : std::string();
+}
+}  // namespace
+
+bool IsSqliteFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    char header[16] = {};
+    in.read(header, sizeof header);
+    return in.gcount() == sizeof header && std::memcmp(header, "SQLite format 3", 16) == 0;
+}
+
+bool ImportSqliteDatabase(const std::string& path, CDdlImporter& ddl, std::string& error) {
+    sqlite3* raw = nullptr;
+    const int rc = sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READONLY, nullptr);
+    CDatabase db(raw);
+    if (rc != SQLITE_OK) {
+        error = "cannot open '" + path + "': " + (raw ? sqlite3_errmsg(raw) : "out of memory");
+        return false;
+    }
+    CQuery objects = Prepare(db.get(), "SELECT type, name, sql FROM sqlite_master WHERE sql IS NOT NULL AND "
+                                       "name NOT LIKE 'sqlite_%' ORDER BY CASE type WHEN 'table' THEN 0 WHEN "
+                                       "'view' THEN 1 WHEN 'index' THEN 2 ELSE 3 END, rowid");
+    if (!objects) {
+        error = "cannot read the catalog of '" + path + "': " + sqlite3_errmsg(db.get());
+        return false;
+    }
+    // The stored CREATE statements are the catalog's own definitions: read
+    // them as one script so that types, defaults, keys, checks and indexes
+    // come out exactly as declared.
+    std::string script;
+    while (sqlite3_step(objects.get()) == SQLITE_ROW) {
+        script += Text(objects.get(), 2);
+        script += ";\n";
+    }
+    if (script.empty()) {
+        error = "'" + path + "' holds no tables";
+        return false;
+    }
+    ddl.ImportScript(path, script);
+    return true;
+}

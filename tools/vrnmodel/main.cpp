@@ -1,0 +1,268 @@
+// vrnmodel: turns database catalogs and DDL scripts into model files, and
+// shows what a model file holds. Everything it builds goes through the
+// public model builder interface.
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include <VrnIntf.h>
+
+#include "DdlImporter.h"
+#include "ModelReport.h"
+#include "SqlSource.h"
+#include "SqliteImporter.h"
+
+namespace {
+
+const char kUsage[] =
+    "usage:\n"
+    "  vrnmodel import SOURCE... -o MODEL [options]\n"
+    "  vrnmodel show MODEL [--json]\n"
+    "\n"
+    "import reads DDL scripts (T-SQL, Oracle SQL*Plus, DB2) and SQLite databases\n"
+    "and writes one model file.\n"
+    "  -o, --output MODEL     the model file to write\n"
+    "  --platform NAME|CODE   target platform: a code of the platform table, or\n"
+    "                         oracle, oracle8, oracle7, sqlserver, sybase, db2,\n"
+    "                         db2zos, as400, unknown (default: guessed from the input)\n"
+    "  --continue EXISTING    continue an existing model file\n"
+    "  --sql-id ID            owner of tables declared without one\n"
+    "  --model-id N           model number of the new objects\n"
+    "  --encoding E           auto (default: BOM or UTF-8), utf-8\n"
+    "  --define NAME=VALUE    value of the template tag &$NAME. in scripts\n"
+    "  --verbose              list every skipped statement and warning\n"
+    "show prints the tables, keys, relationships and catalog objects of a model\n"
+    "file; --json prints the same as one JSON document.\n";
+
+struct CPlatformAlias {
+    const char* name;
+    int code;
+};
+
+const CPlatformAlias kPlatformAliases[] = {
+    {"unknown", 0}, {"sqlite", 0},  {"oracle", 47}, {"oracle9", 47}, {"oracle8", 34}, {"oracle7", 8},
+    {"sqlserver", 41}, {"mssql", 41}, {"sybase", 54}, {"db2", 44},   {"db2luw", 44},  {"db2zos", 46},
+    {"os390", 46},  {"as400", 48},
+};
+
+bool ParsePlatform(const std::string& text, int& code) {
+    char* end = nullptr;
+    const long number = std::strtol(text.c_str(), &end, 10);
+    if (!text.empty() && end && *end == '\0') {
+        code = static_cast<int>(number);
+        return true;
+    }
+    for (const CPlatformAlias& alias : kPlatformAliases)
+        if (AfxCompareNoCase(alias.name, text.c_str()) == 0) {
+            code = alias.code;
+            return true;
+        }
+    return false;
+}
+
+bool Contains(const std::string& text, const char* word) {
+    std::string upper(text.size(), ' ');
+    for (std::size_t i = 0; i < text.size(); ++i) upper[i] = AfxToUpperAscii(text[i]);
+    return upper.find(word) != std::string::npos;
+}
+
+// A platform from what a script looks like, for inputs given without one.
+int GuessPlatform(const std::string& text) {
+    if (Contains(text, "STOGROUP") || Contains(text, "CURRENT SQLID") || Contains(text, "CCSID")) return 46;
+    if (Contains(text, "DB2LOOK") || Contains(text, "ORGANIZE BY") || Contains(text, "CODEUNITS")) return 44;
+    if (Contains(text, "VARCHAR2") || Contains(text, "NUMBER(") || Contains(text, "\n/\n")) return 47;
+    if (Contains(text, "\nGO\n") || Contains(text, "SP_ADDTYPE") || Contains(text, "NVARCHAR") ||
+        Contains(text, "IDENTITY(")) {
+        return Contains(text, "SP_BINDRULE") && !Contains(text, "SYS.SP_") ? 54 : 41;
+    }
+    return 0;
+}
+
+void RegisterHostTexts() {
+    AfxSetResourceString(1008, "vrnmodel");
+    AfxSetResourceString(1349, "Physical model");
+    AfxSetResourceString(1362, "Main diagram");
+    AfxSetResourceString(44, "Parent table %1 was not found.");
+    AfxSetResourceString(45, "A foreign key without a name was not added.");
+    AfxSetResourceString(46, "Foreign key %1 was not added.");
+    AfxSetResourceString(3742, "Foreign key %1: a column pair from %2 to %3 could not be added.");
+}
+
+struct CImportOptions {
+    std::vector<std::string> sources;
+    std::string output;
+    std::string continued;
+    std::string sqlId;
+    std::string encoding = "auto";
+    long modelId = 0;
+    int platform = -1;
+    bool verbose = false;
+    std::vector<std::pair<std::string, std::string>> tags;
+};
+
+int Usage(const std::string& problem) {
+    std::cerr << "vrnmodel: " << problem << "\n" << kUsage;
+    return 2;
+}
+
+int Import(const CImportOptions& options) {
+    const auto start = std::chrono::steady_clock::now();
+    RegisterHostTexts();
+    const bool progress = isatty(STDERR_FILENO) != 0;
+
+    // Read every source first: an unreadable one stops the import before a model is made.
+    std::vector<std::string> texts(options.sources.size());
+    std::vector<bool> databases(options.sources.size());
+    for (std::size_t i = 0; i < options.sources.size(); ++i) {
+        databases[i] = IsSqliteFile(options.sources[i]);
+        if (databases[i]) continue;
+        std::string error;
+        if (!ReadSourceText(options.sources[i], texts[i], error)) {
+            std::cerr << "vrnmodel: " << error << "\n";
+            return 1;
+        }
+    }
+    int platform = options.platform;
+    if (platform < 0) {
+        platform = 0;
+        for (std::size_t i = 0; i < texts.size() && platform == 0; ++i) platform = GuessPlatform(texts[i]);
+    }
+
+    CVrnAPI builder;
+    if (!builder.Initialize(platform, options.continued.empty() ? nullptr : options.continued.c_str())) {
+        std::cerr << "vrnmodel: " << builder.GetVrnFile()->GetLastError() << "\n";
+        return 1;
+    }
+    if (!options.sqlId.empty()) builder.SetDB2SqlId(options.sqlId.c_str());
+    if (options.modelId > 0) builder.SetModelId(static_cast<unsigned long>(options.modelId));
+
+    CImportReport report;
+    CDdlImporter importer(builder, report);
+    importer.SetTags(options.tags);
+    for (std::size_t i = 0; i < options.sources.size(); ++i) {
+        if (progress) std::fprintf(stderr, "\rreading %s ...", options.sources[i].c_str());
+        if (databases[i]) {
+            std::string error;
+            if (!ImportSqliteDatabase(options.sources[i], importer, error)) {
+                std::cerr << "\nvrnmodel: " << error << "\n";
+                return 1;
+            }
+        } else {
+            importer.ImportScript(options.sources[i], texts[i]);
+        }
+    }
+    importer.Finish();
+    if (progress) std::fprintf(stderr, "\r%*s\r", 60, "");
+
+    if (report.ImportedTotal() == 0) {
+        std::cerr << "vrnmodel: nothing could be imported\n";
+        return 1;
+    }
+    builder.SaveToFile(options.output.c_str());
+    const std::string saveError = builder.GetVrnFile()->GetLastError();
+
+    std::cout << "Imported into " << options.output << " (platform " << platform << "):\n";
+    for (const auto& [kind, count] : report.imported) std::cout << "  " << count << " " << kind << "\n";
+    if (!report.skipped.empty()) {
+        std::cout << "Skipped statements:\n";
+        for (const auto& [kind, count] : report.skipped) {
+            std::cout << "  " << count << " " << kind;
+            if (options.verbose) {
+                std::cout << " at";
+                for (const std::string& where : report.skippedAt.at(kind)) std::cout << " " << where;
+            }
+            std::cout << "\n";
+        }
+    }
+    if (!report.warnings.empty()) {
+        std::cout << "Warnings: " << report.warnings.size() << (options.verbose ? "" : " (--verbose lists them)") << "\n";
+        if (options.verbose)
+            for (const std::string& warning : report.warnings) std::cout << "  " << warning << "\n";
+    }
+    for (const std::string& message : report.messages) std::cout << "  " << message << "\n";
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    std::printf("%d statements in %.2f s\n", report.statements, seconds);
+    if (!saveError.empty()) {
+        std::cerr << "vrnmodel: the model was not saved: " << saveError << "\n";
+        return 1;
+    }
+    return 0;
+}
+
+int ImportCommand(int argc, char** argv) {
+    CImportOptions options;
+    for (int i = 2; i < argc; ++i) {
+        const std::string arg = argv[i];
+        auto value = [&](std::string& into) {
+            if (i + 1 >= argc) return false;
+            into = argv[++i];
+            return true;
+        };
+        std::string text;
+        if (arg == "-o" || arg == "--output") {
+            if (!value(options.output)) return Usage("-o needs a file name");
+        } else if (arg == "--platform") {
+            if (!value(text) || !ParsePlatform(text, options.platform)) return Usage("unknown platform '" + text + "'");
+        } else if (arg == "--continue") {
+            if (!value(options.continued)) return Usage("--continue needs a model file");
+        } else if (arg == "--sql-id") {
+            if (!value(options.sqlId)) return Usage("--sql-id needs an id");
+        } else if (arg == "--model-id") {
+            if (!value(text) || std::strtol(text.c_str(), nullptr, 10) <= 0) return Usage("--model-id needs a number");
+            options.modelId = std::strtol(text.c_str(), nullptr, 10);
+        } else if (arg == "--encoding") {
+            if (!value(options.encoding) || (options.encoding != "auto" && options.encoding != "utf-8"))
+                return Usage("--encoding is auto or utf-8 (UTF-16 is recognised by its byte order mark)");
+        } else if (arg == "--define") {
+            if (!value(text) || text.find('=') == std::string::npos) return Usage("--define needs NAME=VALUE");
+            options.tags.emplace_back(text.substr(0, text.find('=')), text.substr(text.find('=') + 1));
+        } else if (arg == "--verbose" || arg == "-v") {
+            options.verbose = true;
+        } else if (!arg.empty() && arg[0] == '-') {
+            return Usage("unknown option " + arg);
+        } else {
+            options.sources.push_back(arg);
+        }
+    }
+    if (options.sources.empty()) return Usage("no source given");
+    if (options.output.empty()) return Usage("no model file given (-o MODEL)");
+    return Import(options);
+}
+
+int ShowCommand(int argc, char** argv) {
+    std::string path;
+    bool json = false;
+    for (int i = 2; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == "--json") json = true;
+        else if (!arg.empty() && arg[0] == '-') return Usage("unknown option " + arg);
+        else path = arg;
+    }
+    if (path.empty()) return Usage("no model file given");
+    std::string error;
+    if (!WriteModelReport(path, json, std::cout, error)) {
+        std::cerr << "vrnmodel: " << error << "\n";
+        return 1;
+    }
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) return Usage("no command given");
+    const std::string command = argv[1];
+    if (command == "--help" || command == "-h" || command == "help") {
+        std::cout << kUsage;
+        return 0;
+    }
+    if (command == "import") return ImportCommand(argc, argv);
+    if (command == "show") return ShowCommand(argc, argv);
+    return Usage("unknown command " + command);
+}
