@@ -92,17 +92,27 @@ unsigned long CDdlImporter::FindTable(const CQualifiedName& name) {
 
 void CDdlImporter::ImportScript(const std::string& sourceName, const std::string& text) {
     std::vector<std::string> unresolved;
-    m_scriptText = PrepareScriptText(text, m_tags, unresolved);
+    const auto prepared = std::make_shared<const std::string>(PrepareScriptText(text, m_tags, unresolved));
     for (const std::string& tag : unresolved)
         m_report.warnings.push_back(sourceName + ": template tag &$" + tag + ". replaced by its name " + tag);
-    const CSqlScript script = SplitScript(m_scriptText);
-    for (const CSqlStatement& statement : script.statements) ImportStatement(statement, sourceName);
+    const CSqlScript script = SplitScript(*prepared);
+    for (const CSqlStatement& statement : script.statements) ImportStatement(statement, sourceName, prepared);
 }
 
-void CDdlImporter::ImportStatement(const CSqlStatement& statement, const std::string& source) {
-    ++m_report.statements;
+bool CDdlImporter::DeferOrWarn(const CContext& context, const std::string& text) {
+    if (m_retrying)
+        Warn(context, text);
+    else
+        m_deferRequested = true;
+    return false;
+}
+
+void CDdlImporter::ImportStatement(const CSqlStatement& statement, const std::string& source,
+                                   const std::shared_ptr<const std::string>& text) {
+    if (!m_retrying) ++m_report.statements;
     CContext context{source + ":" + std::to_string(statement.line)};
-    CSqlCursor cursor(statement.tokens, m_scriptText);
+    CSqlCursor cursor(statement.tokens, *text);
+    m_deferRequested = false;
     if (statement.lineCommand) {
         LineCommand(cursor);
         return;
@@ -153,6 +163,10 @@ void CDdlImporter::ImportStatement(const CSqlStatement& statement, const std::st
         handled = SystemProcedure(cursor, context);
     } else if (cursor.Peek()) {
         kind = Upper(cursor.Peek()->text);
+    }
+    if (m_deferRequested) {
+        m_deferred.push_back(CDeferred{text, statement, source});
+        return;
     }
     if (!handled) m_report.Skip(kind.empty() ? "(empty)" : kind, context.where);
 }
@@ -545,10 +559,7 @@ bool CDdlImporter::CreateIndex(CSqlCursor& cursor, CContext& context) {
     if (!cursor.AcceptWord("ON")) return false;
     const CQualifiedName table = cursor.ReadName();
     const unsigned long entity = FindTable(table);
-    if (!entity) {
-        Warn(context, "index " + name + " on unknown table " + table.Name() + " skipped");
-        return false;
-    }
+    if (!entity) return DeferOrWarn(context, "index " + name + " on unknown table " + table.Name() + " skipped");
     const unsigned long index = m_builder.AddIndex(entity, name.c_str());
     std::vector<std::string> columns;
     std::vector<bool> descending;
@@ -639,10 +650,7 @@ bool CDdlImporter::AlterTable(CSqlCursor& cursor, CContext& context) {
     cursor.AcceptWord("ONLY");
     const CQualifiedName table = cursor.ReadName();
     const unsigned long entity = FindTable(table);
-    if (!entity) {
-        Warn(context, "ALTER TABLE of unknown table " + table.Name() + " skipped");
-        return false;
-    }
+    if (!entity) return DeferOrWarn(context, "ALTER TABLE of unknown table " + table.Name() + " skipped");
     bool handled = false;
     while (!cursor.AtEnd()) {
         cursor.AcceptWords({"WITH", "NOCHECK"}) || cursor.AcceptWords({"WITH", "CHECK"});
@@ -668,6 +676,9 @@ bool CDdlImporter::AlterTable(CSqlCursor& cursor, CContext& context) {
                 Column(cursor, entity, context);
                 handled = true;
             }
+            // Constraint states (RELY, ENABLE, VALIDATE, USING INDEX ...) up to the next element.
+            while (!cursor.AtEnd() && !cursor.IsSymbol(',') && !cursor.IsSymbol(')') && !cursor.IsWord("ADD"))
+                cursor.SkipItem();
         } while (cursor.AcceptSymbol(','));
         if (parenthesized) cursor.AcceptSymbol(')');
     }
@@ -707,6 +718,10 @@ bool CDdlImporter::CreateCode(CSqlCursor& cursor, CContext& context) {
                 table = FindTable(cursor.ReadName());
                 continue;
             } else cursor.SkipItem();
+        }
+        if (!table && !m_retrying) {
+            m_deferRequested = true;  // its table may come in a later source
+            return false;
         }
         if (!table) Warn(context, "trigger " + name.Name() + ": its table is unknown");
         m_builder.AddTrigger(name.Name().c_str(), name.Owner().c_str(), text.c_str(), kind, table);
@@ -777,7 +792,6 @@ bool CDdlImporter::CreateType(CSqlCursor& cursor, CContext& context) {
 
 // COMMENT ON TABLE t IS '...' / COMMENT ON COLUMN t.c IS '...'
 bool CDdlImporter::CommentOn(CSqlCursor& cursor, CContext& context) {
-    (void)context;
     if (!cursor.AcceptWords({"COMMENT", "ON"})) return false;
     const bool column = cursor.AcceptWord("COLUMN");
     if (!column && !cursor.AcceptWord("TABLE")) return false;
@@ -787,12 +801,14 @@ bool CDdlImporter::CommentOn(CSqlCursor& cursor, CContext& context) {
     if (!text || text->kind != CTokenKind::String) return false;
     if (!column) {
         const unsigned long entity = FindTable(name);
-        return entity && m_builder.SetEntityStringProperty(entity, code::kDefinition, text->text.c_str());
+        if (!entity) return DeferOrWarn(context, "comment on unknown table " + name.Name() + " skipped");
+        return m_builder.SetEntityStringProperty(entity, code::kDefinition, text->text.c_str());
     }
     if (name.parts.size() < 2) return false;
     const std::string columnName = name.parts.back();
     name.parts.pop_back();
     const unsigned long entity = FindTable(name);
+    if (!entity) return DeferOrWarn(context, "comment on a column of unknown table " + name.Name() + " skipped");
     const unsigned long attribute = entity ? m_builder.FindAttribute(entity, columnName.c_str()) : 0;
     return attribute && m_builder.SetAttributeStringProperty(attribute, code::kDefinition, text->text.c_str());
 }
@@ -848,6 +864,12 @@ bool CDdlImporter::SystemProcedure(CSqlCursor& cursor, CContext& context) {
 }
 
 void CDdlImporter::Finish() {
+    m_retrying = true;
+    std::vector<CDeferred> deferred;
+    deferred.swap(m_deferred);
+    for (const CDeferred& entry : deferred) ImportStatement(entry.statement, entry.source, entry.text);
+    m_retrying = false;
+
     bool anyPending = false;
     for (const CForeignKeyDecl& decl : m_foreignKeys) {
         const unsigned long parent = FindTable(decl.parent);

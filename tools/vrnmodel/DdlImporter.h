@@ -6,6 +6,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -37,7 +38,19 @@ private:
     };
     struct CContext;  // the statement being read
 
-    void ImportStatement(const CSqlStatement& statement, const std::string& source);
+    // A statement about a table that is not known yet, kept to be read again
+    // once every source has been read (scripts split over files, such as
+    // foreign keys or indexes in a file of their own).
+    struct CDeferred {
+        std::shared_ptr<const std::string> text;
+        CSqlStatement statement;
+        std::string source;
+    };
+
+    void ImportStatement(const CSqlStatement& statement, const std::string& source,
+                         const std::shared_ptr<const std::string>& text);
+    // Defers the current statement on the first reading; warns on the second.
+    bool DeferOrWarn(const CContext& context, const std::string& text);
     void LineCommand(CSqlCursor& cursor);
     bool CreateTable(CSqlCursor& cursor, CContext& context);
     void TableElement(CSqlCursor& cursor, unsigned long entity, CContext& context);
@@ -68,5 +81,7 @@ private:
     std::vector<std::pair<std::string, std::string>> m_tags;
     std::vector<CForeignKeyDecl> m_foreignKeys;
     std::map<unsigned long, std::vector<std::string>> m_tablePartitions;
-    std::string m_scriptText;
+    std::vector<CDeferred> m_deferred;
+    bool m_retrying = false;
+    bool m_deferRequested = false;
 };
