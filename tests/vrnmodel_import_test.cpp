@@ -1,0 +1,288 @@
+// The client's imports, checked in the saved model file: the public sample
+// scripts, small scripts for each dialect feature, SQLite databases, and the
+// command line itself.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "DdlImporter.h"
+#include "ModelFileReader.h"
+#include "SqlSource.h"
+#include "SqliteImporter.h"
+#include "TestBuilder.h"
+
+namespace {
+
+const std::string kSamples = VRN_SAMPLES_DIR;
+
+class ImportTest : public ::testing::Test {
+protected:
+    // Imports the sources into a new model for `platform` and saves it.
+    CModelFileReader& Import(int platform, const std::vector<std::string>& paths) {
+        CVrnAPI builder;
+        EXPECT_EQ(builder.Initialize(platform, nullptr), 1);
+        CDdlImporter importer(builder, m_report);
+        for (const std::string& path : paths) {
+            if (IsSqliteFile(path)) {
+                std::string error;
+                EXPECT_TRUE(ImportSqliteDatabase(path, importer, error)) << error;
+                continue;
+            }
+            std::string text, error;
+            EXPECT_TRUE(ReadSourceText(path, text, error)) << error;
+            importer.ImportScript(path, text);
+        }
+        importer.Finish();
+        const std::string model = m_dir.File("model.vrn");
+        builder.SaveToFile(model.c_str());
+        EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
+        m_reader = std::make_unique<CModelFileReader>(model);
+        return *m_reader;
+    }
+    CModelFileReader& ImportText(int platform, const std::string& script) {
+        const std::string path = m_dir.File("script.sql");
+        WriteBytes(path, script);
+        return Import(platform, {path});
+    }
+    std::vector<std::string> Samples(const std::string& prefix) {
+        std::vector<std::string> paths;
+        for (const auto& entry : std::filesystem::directory_iterator(kSamples))
+            if (entry.path().filename().string().rfind(prefix, 0) == 0) paths.push_back(entry.path().string());
+        std::sort(paths.begin(), paths.end());
+        return paths;
+    }
+    bool HaveSamples() const { return std::filesystem::is_directory(kSamples); }
+    std::string Scalar(const std::string& sql) { return m_reader->Scalar(sql); }
+
+    CScratchDir m_dir;
+    CImportReport m_report;
+    std::unique_ptr<CModelFileReader> m_reader;
+};
+
+// Rows of each kind that a sample (or set of samples) must yield.
+struct CSampleCase {
+    const char* prefix;
+    int platform;
+    int tables, columns, primaryKeys, otherIndexes, foreignKeys, checks, userTypes, triggers, procedures, packages,
+        partitions, storageObjects, bindings;
+};
+
+TEST_F(ImportTest, EverySampleYieldsWhatItDeclares) {
+    if (!HaveSamples()) GTEST_SKIP() << "no sample scripts at " << kSamples;
+    const CSampleCase cases[] = {
+        {"mssql_instpubs", 41, 11, 64, 9, 7, 10, 6, 3, 1, 4, 0, 0, 1, 0},
+        {"flowable_mssql", 41, 62, 844, 62, 154, 59, 0, 0, 0, 0, 0, 0, 0, 0},
+        {"sybase_ase", 54, 8, 20, 5, 0, 2, 0, 2, 0, 6, 0, 0, 0, 2},
+        {"mssql_obevo_ssms", 41, 2, 14, 2, 1, 0, 0, 1, 1, 0, 0, 0, 0, 4},
+        {"oracle_legacy_hr", 47, 7, 35, 7, 18, 10, 2, 0, 2, 1, 0, 0, 0, 0},
+        {"oracle_legacy_sh", 47, 8, 85, 6, 18, 8, 0, 0, 0, 0, 0, 132, 0, 0},
+        {"oracle_legacy_qs", 47, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0},
+        {"db2luw_SAMPLE", 44, 57, 232, 17, 16, 12, 1, 0, 2, 7, 0, 0, 0, 0},
+        {"db2zos_genevaers", 46, 43, 797, 43, 60, 62, 1, 0, 0, 1, 0, 0, 51, 0},
+    };
+    for (const CSampleCase& c : cases) {
+        SCOPED_TRACE(c.prefix);
+        m_report = CImportReport();
+        Import(c.platform, Samples(c.prefix));
+        EXPECT_EQ(m_reader->Count("Entity"), c.tables);
+        EXPECT_EQ(m_reader->Count("Attribute"), c.columns);
+        EXPECT_EQ(Scalar("SELECT count(*) FROM Indexes WHERE key_type = 'P'"), std::to_string(c.primaryKeys));
+        EXPECT_EQ(Scalar("SELECT count(*) FROM Indexes WHERE key_type <> 'P'"), std::to_string(c.otherIndexes));
+        EXPECT_EQ(m_reader->Count("ForeignKey"), c.foreignKeys);
+        EXPECT_EQ(m_reader->Count("CheckConstraints"), c.checks);
+        EXPECT_EQ(m_reader->Count("UserDatatype"), c.userTypes);
+        EXPECT_EQ(m_reader->Count("DbTrigger"), c.triggers);
+        EXPECT_EQ(m_reader->Count("Proc"), c.procedures);
+        EXPECT_EQ(m_reader->Count("DbPackage"), c.packages);
+        EXPECT_EQ(m_reader->Count("Partition"), c.partitions);
+        EXPECT_EQ(m_reader->Count("Storage_Object"), c.storageObjects);
+        EXPECT_EQ(Scalar("SELECT (SELECT count(*) FROM Attribute WHERE rule_id <> 0 OR default_id <> 0) + "
+                         "(SELECT count(*) FROM UserDatatype WHERE rule_id <> 0 OR default_id <> 0)"),
+                  std::to_string(c.bindings));
+    }
+}
+
+TEST_F(ImportTest, PubsColumnsTakeTheirUserDatatypes) {
+    if (!HaveSamples()) GTEST_SKIP();
+    Import(41, Samples("mssql_instpubs"));
+    EXPECT_EQ(Scalar("SELECT datatype || ' ' || width || ' ' || user_datatype_id FROM Attribute WHERE "
+                     "column_name = 'au_id' AND entity_key = (SELECT entity_key FROM Entity WHERE entity_name = 'authors')"),
+              "VAR 11 1");
+    EXPECT_EQ(Scalar("SELECT name || ' ' || datatype || ' ' || length FROM UserDatatype WHERE user_datatype_id = 3"),
+              "empid CH 9");
+    EXPECT_EQ(Scalar("SELECT count(*) FROM ForeignKey f JOIN Entity p ON p.entity_key = f.parent_entity_key "
+                     "WHERE p.entity_name = 'titles'"),
+              "3");
+    EXPECT_EQ(Scalar("SELECT name FROM DbTrigger"), "employee_insupd");
+}
+
+TEST_F(ImportTest, SybaseRulesAndDefaultsAreBound) {
+    if (!HaveSamples()) GTEST_SKIP();
+    Import(54, Samples("sybase_ase"));
+    EXPECT_EQ(Scalar("SELECT count(*) FROM Rules"), "2");
+    EXPECT_EQ(Scalar("SELECT name FROM Defaults"), "DateDefault");
+    EXPECT_EQ(Scalar("SELECT group_concat(name) FROM UserDatatype"), "MyType,MyType2");
+}
+
+TEST_F(ImportTest, OracleSalesHistoryKeepsPartitionsAndStorage) {
+    if (!HaveSamples()) GTEST_SKIP();
+    Import(47, Samples("oracle_legacy_sh"));
+    const std::string sales = Scalar("SELECT entity_key FROM Entity WHERE entity_name = 'sales'");
+    EXPECT_EQ(Scalar("SELECT count(*) FROM Partition WHERE owner_kind = 'table' AND owner_key = " + sales), "16");
+    EXPECT_EQ(Scalar("SELECT param5 FROM TableStorage WHERE entity_key = " + sales), "5");  // PCTFREE 5
+    EXPECT_EQ(Scalar("SELECT value_no FROM Property WHERE owner_kind = 'table' AND owner_key = " + sales +
+                     " AND property_no = 3"),
+              "6");  // NOLOGGING
+    EXPECT_EQ(Scalar("SELECT text FROM Property WHERE owner_kind = 'table' AND owner_key = " + sales +
+                     " AND property_no = 7"),
+              "3");  // partitioned by time_id, the third column
+    EXPECT_NE(Scalar("SELECT text FROM Property WHERE owner_kind = 'partition' AND property_no = 8 LIMIT 1")
+                  .find("TO_DATE('01-JAN-1996'"),
+              std::string::npos);
+}
+
+TEST_F(ImportTest, Db2ForZosSchemaAcrossFiles) {
+    if (!HaveSamples()) GTEST_SKIP();
+    Import(46, Samples("db2zos_genevaers"));
+    EXPECT_EQ(Scalar("SELECT count(*) FROM Storage_Object WHERE kind = 1"), "1");   // the storage group
+    EXPECT_EQ(Scalar("SELECT count(*) FROM Storage_Object WHERE kind = 2"), "1");   // the database
+    EXPECT_EQ(Scalar("SELECT count(*) FROM Storage_Object WHERE kind = 3"), "49");  // tablespaces
+    EXPECT_EQ(Scalar("SELECT owner FROM Entity WHERE entity_name = 'CODETABLE'"), "DBSCH");
+    EXPECT_EQ(Scalar("SELECT storage_space FROM TableStorage t JOIN Entity e ON e.entity_key = t.entity_key "
+                     "WHERE e.entity_name = 'CODETABLE'"),
+              "DBNAME.CODETABL");
+    EXPECT_EQ(Scalar("SELECT count(DISTINCT owner_key) FROM Property WHERE owner_kind = 'index' AND property_no = 5"),
+              Scalar("SELECT count(*) FROM Indexes WHERE key_type <> 'P'"));  // every index names its storage group
+}
+
+TEST_F(ImportTest, TsqlFeaturesReachTheModel) {
+    CModelFileReader& reader = ImportText(41,
+        "EXEC sp_addtype N'Flag', N'tinyint', N'not null'\nGO\n"
+        "CREATE DEFAULT df_zero AS 0\nGO\nCREATE RULE r_flag AS @v IN (0, 1)\nGO\n"
+        "CREATE TABLE [dbo].[Orders] (\n [Id] [int] IDENTITY(1,1) NOT NULL,\n [Qty] [int] NULL,\n"
+        " [Total] AS ([Qty] * 2),\n [Done] [dbo].[Flag] NOT NULL,\n"
+        " CONSTRAINT [PK_Orders] PRIMARY KEY CLUSTERED ([Id] ASC)\n) ON [PRIMARY]\nGO\n"
+        "ALTER TABLE [dbo].[Orders] ADD CONSTRAINT [DF_Qty] DEFAULT ((1)) FOR [Qty]\nGO\n"
+        "EXEC sp_bindefault 'df_zero', 'Orders.Qty'\nEXEC sp_bindrule N'[dbo].[r_flag]', N'[Flag]'\nGO\n"
+        "GRANT SELECT ON Orders TO public\nGO\n");
+    EXPECT_EQ(reader.Column("SELECT column_name FROM Attribute ORDER BY attribute_no"),
+              (std::vector<std::string>{"Id", "Qty", "Done"}));  // the computed column is skipped
+    EXPECT_EQ(reader.Scalar("SELECT default_text || '|' || default_id FROM Attribute WHERE column_name = 'Qty'"),
+              "((1))|1");
+    EXPECT_EQ(reader.Scalar("SELECT rule_id FROM UserDatatype WHERE name = 'Flag'"), "1");
+    EXPECT_EQ(reader.Scalar("SELECT cluster_flag FROM Indexes"), "C");
+    EXPECT_EQ(reader.Scalar("SELECT storage_space FROM TableStorage"), "PRIMARY");
+    EXPECT_EQ(reader.Scalar("SELECT property_no FROM Property WHERE owner_kind = 'attribute'"), "34");  // identity
+    EXPECT_EQ(m_report.skipped.at("GRANT"), 1);
+    EXPECT_EQ(m_report.warnings.size(), 1u);  // the computed column
+}
+
+TEST_F(ImportTest, OracleStorageAndForeignKeysToLaterTables) {
+    CModelFileReader& reader = ImportText(47,
+        "CREATE TABLE emp (id NUMBER(6) PRIMARY KEY, dept_id NUMBER(4) REFERENCES dept ON DELETE CASCADE)\n"
+        " TABLESPACE users PCTFREE 10 STORAGE (INITIAL 64K NEXT 1M MAXEXTENTS UNLIMITED BUFFER_POOL KEEP);\n"
+        "CREATE TABLE dept (id NUMBER(4), CONSTRAINT dept_pk PRIMARY KEY (id));\n"
+        "CREATE TABLE audit_log (dept_id NUMBER(4) REFERENCES missing_table (id));\n"
+        "COMMENT ON TABLE emp IS 'Employees';\nCOMMENT ON COLUMN emp.id IS 'Key';\n");
+    EXPECT_EQ(reader.Scalar("SELECT t14 FROM ForeignKey"), "C");
+    EXPECT_EQ(reader.Scalar("SELECT name FROM Entity e JOIN ForeignKey f ON f.parent_entity_key = e.entity_key"),
+              "");  // the foreign key is unnamed ...
+    EXPECT_EQ(reader.Scalar("SELECT entity_name FROM Entity e JOIN ForeignKey f ON f.parent_entity_key = e.entity_key"),
+              "dept");  // ... and found its parent declared after it
+    EXPECT_EQ(reader.Scalar("SELECT storage_space || ' ' || param3 || ' ' || param4 || ' ' || param5 || ' ' || param8 "
+                            "FROM TableStorage t JOIN Entity e ON e.entity_key = t.entity_key WHERE entity_name = 'emp'"),
+              "users 64 1024 10 2147483647");
+    EXPECT_EQ(reader.Scalar("SELECT value_no FROM Property WHERE property_no = 24"), "32");  // KEEP
+    EXPECT_EQ(reader.Scalar("SELECT definition FROM Entity WHERE entity_name = 'emp'"), "Employees");
+    EXPECT_EQ(reader.Scalar("SELECT definition FROM Attribute WHERE column_name = 'id' AND attribute_no = 1 LIMIT 1"),
+              "Key");
+    EXPECT_EQ(m_report.messages.size(), 2u);  // the missing parent and the foreign key left out
+}
+
+TEST_F(ImportTest, SqliteDatabasesAreReadFromTheirCatalog) {
+    const std::string database = m_dir.File("shop.db");
+    ExecOnFile(database,
+               "CREATE TABLE customer (id INTEGER PRIMARY KEY AUTOINCREMENT, name TEXT NOT NULL DEFAULT 'x', "
+               "email VARCHAR(80) UNIQUE CHECK (email LIKE '%@%'));"
+               "CREATE TABLE orders (id INTEGER PRIMARY KEY, customer_id INTEGER NOT NULL REFERENCES customer(id) "
+               "ON DELETE CASCADE, total DECIMAL(10,2));"
+               "CREATE INDEX orders_by_customer ON orders (customer_id DESC);"
+               "CREATE VIEW big_orders AS SELECT * FROM orders WHERE total > 100;"
+               "CREATE TRIGGER orders_check BEFORE INSERT ON orders BEGIN SELECT 1; SELECT 2; END;");
+    CModelFileReader& reader = Import(0, {database});
+    EXPECT_EQ(reader.Column("SELECT entity_name FROM Entity ORDER BY row_seq"),
+              (std::vector<std::string>{"customer", "orders"}));
+    EXPECT_EQ(reader.Scalar("SELECT datatype || ' ' || width || ' ' || scale FROM Attribute WHERE column_name = 'total'"),
+              "DC 10 2");
+    EXPECT_EQ(reader.Scalar("SELECT default_text FROM Attribute WHERE column_name = 'name'"), "'x'");
+    EXPECT_EQ(reader.Scalar("SELECT text FROM CheckConstraints"), "email LIKE '%@%'");
+    EXPECT_EQ(reader.Scalar("SELECT sort_order FROM IndexColumn c JOIN Indexes i ON i.index_key = c.index_key WHERE "
+                            "i.index_name = 'orders_by_customer'"),
+              "D");
+    EXPECT_EQ(reader.Scalar("SELECT t14 FROM ForeignKey"), "C");
+    EXPECT_EQ(reader.Scalar("SELECT kind || ' ' || name FROM DbTrigger"), "1 orders_check");
+}
+
+// The command line, run as a user runs it.
+class CommandLineTest : public ::testing::Test {
+protected:
+    int Run(const std::string& arguments) {
+        const std::string command = std::string(VRNMODEL_PATH) + " " + arguments + " > " + m_dir.File("out.txt") +
+                                    " 2> " + m_dir.File("err.txt");
+        const int status = std::system(command.c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+    std::string Out() { return ReadBytes(m_dir.File("out.txt")); }
+    std::string Err() { return ReadBytes(m_dir.File("err.txt")); }
+
+    CScratchDir m_dir;
+};
+
+TEST_F(CommandLineTest, ImportsAScriptAndShowsTheModel) {
+    WriteBytes(m_dir.File("s.sql"), "create table t (a int primary key, b varchar(10));\ninsert into t values (1, 'x');\n");
+    const std::string model = m_dir.File("m.vrn");
+    ASSERT_EQ(Run("import " + m_dir.File("s.sql") + " -o " + model + " --platform sqlserver"), 0) << Err();
+    EXPECT_NE(Out().find("1 tables"), std::string::npos) << Out();
+    EXPECT_NE(Out().find("1 INSERT"), std::string::npos) << Out();
+    ASSERT_EQ(Run("show " + model), 0) << Err();
+    EXPECT_NE(Out().find("Table t"), std::string::npos) << Out();
+    EXPECT_NE(Out().find("b VAR(10)"), std::string::npos) << Out();
+    ASSERT_EQ(Run("show " + model + " --json"), 0);
+    EXPECT_EQ(Out().rfind("{\"file\":", 0), 0u);
+    EXPECT_NE(Out().find("\"name\":\"t\""), std::string::npos);
+}
+
+TEST_F(CommandLineTest, FailsOnlyForUnreadableInputNothingImportedOrAnUnwrittenModel) {
+    WriteBytes(m_dir.File("empty.sql"), "GRANT SELECT ON t TO u;\n");
+    WriteBytes(m_dir.File("ok.sql"), "create table t (a int);\n");
+    EXPECT_EQ(Run("import /no/such.sql -o " + m_dir.File("m.vrn")), 1);
+    EXPECT_NE(Err().find("/no/such.sql"), std::string::npos);
+    EXPECT_EQ(Run("import " + m_dir.File("empty.sql") + " -o " + m_dir.File("m.vrn")), 1);
+    EXPECT_NE(Err().find("nothing could be imported"), std::string::npos);
+    EXPECT_EQ(Run("import " + m_dir.File("ok.sql") + " -o " + m_dir.File("no/dir/m.vrn")), 1);
+    EXPECT_NE(Err().find("not saved"), std::string::npos);
+    EXPECT_EQ(Run("import " + m_dir.File("ok.sql")), 2);
+    EXPECT_EQ(Run("import " + m_dir.File("ok.sql") + " -o x.vrn --platform nowhere"), 2);
+    EXPECT_EQ(Run("frobnicate"), 2);
+    EXPECT_EQ(Run("show " + m_dir.File("ok.sql")), 1);
+    EXPECT_EQ(Run("--help"), 0);
+    EXPECT_NE(Out().find("vrnmodel import"), std::string::npos);
+}
+
+TEST_F(CommandLineTest, ContinuesAnExistingModel) {
+    WriteBytes(m_dir.File("a.sql"), "create table a (x int);\n");
+    WriteBytes(m_dir.File("b.sql"), "create table b (y int);\n");
+    const std::string first = m_dir.File("first.vrn");
+    ASSERT_EQ(Run("import " + m_dir.File("a.sql") + " -o " + first), 0) << Err();
+    ASSERT_EQ(Run("import " + m_dir.File("b.sql") + " --continue " + first + " -o " + m_dir.File("both.vrn")), 0)
+        << Err();
+    CModelFileReader reader(m_dir.File("both.vrn"));
+    EXPECT_EQ(reader.Column("SELECT entity_name || ':' || entity_key FROM Entity ORDER BY row_seq"),
+              (std::vector<std::string>{"a:1", "b:2"}));
+}
+
+}  // namespace

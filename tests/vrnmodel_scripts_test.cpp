@@ -1,0 +1,101 @@
+// The client's script reading: encodings, tokens, and where statements end
+// in each style of script.
+#include <gtest/gtest.h>
+
+#include "SqlLexer.h"
+#include "SqlScript.h"
+#include "SqlSource.h"
+
+namespace {
+
+std::vector<std::string> Statements(const std::string& text) {
+    std::vector<std::string> unresolved;
+    std::vector<std::string> texts;
+    for (const CSqlStatement& statement : SplitScript(PrepareScriptText(text, {}, unresolved)).statements)
+        texts.push_back(statement.text);
+    return texts;
+}
+
+TEST(SqlSourceTest, DecodesByteOrderMarksAndLineEnds) {
+    std::string text, error;
+    ASSERT_TRUE(DecodeSourceText("\xEF\xBB\xBF" "a\r\nb\rc", text, error));
+    EXPECT_EQ(text, "a\nb\nc");
+    ASSERT_TRUE(DecodeSourceText(std::string("\xFF\xFE" "G\0O\0\r\0\n\0\xE9\0", 12), text, error));
+    EXPECT_EQ(text, "GO\n\xC3\xA9");
+    ASSERT_TRUE(DecodeSourceText(std::string("\xFE\xFF\0x\xD8\x3D\xDE\x00", 8), text, error));
+    EXPECT_EQ(text, "x\xF0\x9F\x98\x80");
+    EXPECT_FALSE(DecodeSourceText(std::string("\xFF\xFE" "a", 3), text, error));
+    EXPECT_FALSE(DecodeSourceText(std::string("\xFF\xFE\x00\xDC", 4), text, error));
+    EXPECT_FALSE(ReadSourceText("/no/such/file.sql", text, error));
+    EXPECT_NE(error.find("/no/such/file.sql"), std::string::npos);
+}
+
+TEST(SqlLexerTest, ReadsEveryQuotingAndDropsComments) {
+    const auto tokens = Tokenize("select [a b], \"c\"\"d\", `e`, 'it''s', N'nat' -- note\n/* x */ 64K 1.5e3;");
+    std::vector<std::string> texts;
+    for (const CToken& token : tokens) texts.push_back(token.text);
+    EXPECT_EQ(texts, (std::vector<std::string>{"select", "a b", ",", "c\"d", ",", "e", ",", "it's", ",", "nat", "64K",
+                                               "1.5e3", ";"}));
+    EXPECT_EQ(tokens[1].kind, CTokenKind::QuotedIdent);
+    EXPECT_EQ(tokens[9].kind, CTokenKind::String);
+    EXPECT_EQ(tokens[10].line, 2);
+    EXPECT_TRUE(tokens[10].firstOnLine);
+}
+
+TEST(SqlLexerTest, UnterminatedTextEndsWithTheScript) {
+    const auto tokens = Tokenize("create table t (a int) 'never closed\n;");
+    ASSERT_FALSE(tokens.empty());
+    EXPECT_EQ(tokens.back().kind, CTokenKind::String);
+    EXPECT_TRUE(Tokenize("/* open comment").empty());
+}
+
+TEST(SqlScriptTest, TsqlBatchesEndAtGoAndStatementsAtTheNextStart) {
+    const auto statements = Statements(
+        "SET NOCOUNT ON\nGO\nexecute sp_addtype id, 'varchar(11)'\nexecute sp_addtype tid, 'varchar(6)'\n"
+        "create table t (a int,\n b int)\ninsert t values (1, 2)\nGO\n"
+        "create procedure p as\nselect 1\nselect 2\nGO\n");
+    EXPECT_EQ(statements, (std::vector<std::string>{"SET NOCOUNT ON", "execute sp_addtype id, 'varchar(11)'",
+                                                    "execute sp_addtype tid, 'varchar(6)'",
+                                                    "create table t (a int,\n b int)", "insert t values (1, 2)",
+                                                    "create procedure p as\nselect 1\nselect 2"}));
+}
+
+TEST(SqlScriptTest, SqlPlusBlocksEndAtASlashLine) {
+    const auto statements = Statements(
+        "REM it's a comment with a quote\nPROMPT don't stop\ncreate table t (a number);\n"
+        "create or replace package body p as\n procedure x is begin null; end;\nend p;\n/\n"
+        "create view v as select * from t;\n");
+    ASSERT_EQ(statements.size(), 3u);
+    EXPECT_EQ(statements[0], "create table t (a number)");
+    EXPECT_EQ(statements[1].substr(0, 34), "create or replace package body p a");
+    EXPECT_EQ(statements[1].substr(statements[1].size() - 6), "end p;");
+    EXPECT_EQ(statements[2], "create view v as select * from t");
+}
+
+TEST(SqlScriptTest, BeginEndBlocksHoldTheirSemicolons) {
+    const auto statements = Statements(
+        "CREATE TRIGGER tr BEFORE INSERT ON t FOR EACH ROW BEGIN ATOMIC\n IF 1 = 1 THEN SET x = 1; END IF;\n"
+        " SET y = CASE WHEN a THEN 1 ELSE 2 END;\nEND;\nCREATE TABLE u (a INT);\n"
+        "CREATE FUNCTION f () RETURNS INT RETURN 1;\n");
+    ASSERT_EQ(statements.size(), 3u);
+    EXPECT_EQ(statements[1], "CREATE TABLE u (a INT)");
+    EXPECT_EQ(statements[2], "CREATE FUNCTION f () RETURNS INT RETURN 1");
+}
+
+TEST(SqlScriptTest, LineCommandsEndWithTheirLine) {
+    const CSqlScript script = SplitScript("SET CURRENT SQLID='ADMIN';\nCREATE TABLE t (a INT);\n~\nCOMMIT;\n");
+    ASSERT_EQ(script.statements.size(), 3u);
+    EXPECT_TRUE(script.statements[0].lineCommand);
+    EXPECT_FALSE(script.statements[1].lineCommand);
+    EXPECT_EQ(script.statements[1].line, 2);
+}
+
+TEST(SqlScriptTest, TemplateTagsAreReplaced) {
+    std::vector<std::string> unresolved;
+    const std::string text =
+        PrepareScriptText("CREATE TABLE &$DBSCH..T (A INT) IN &$DBNAME..TS;\n", {{"DBSCH", "PROD"}}, unresolved);
+    EXPECT_EQ(text, "CREATE TABLE PROD.T (A INT) IN DBNAME.TS;\n");
+    EXPECT_EQ(unresolved, std::vector<std::string>{"DBNAME"});
+}
+
+}  // namespace
