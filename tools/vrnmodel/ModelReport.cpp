@@ -179,11 +179,13 @@ bool WriteModelReport(const std::string& path, bool json, std::ostream& out, std
             out << "\n";
         }
         for (const CRow& index : indexes)
-            out << "  " << (index.at("key_type") == "P" ? "primary key " : "index ") << index.at("index_name") << " ("
+            out << "  " << (index.at("key_type") == "P" ? "primary key" : "index")
+                << (index.at("index_name").empty() ? "" : " " + index.at("index_name")) << " ("
                 << index.at("columns") << ")" << (index.at("is_unique") == "Y" ? " unique" : "")
                 << (index.at("cluster_flag") == "C" ? " clustered" : "") << "\n";
         for (const CRow& foreignKey : foreignKeys)
-            out << "  foreign key " << foreignKey.at("name") << " (" << foreignKey.at("columns") << ") references "
+            out << "  foreign key" << (foreignKey.at("name").empty() ? "" : " " + foreignKey.at("name")) << " ("
+                << foreignKey.at("columns") << ") references "
                 << foreignKey.at("parent") << (foreignKey.at("relationship_type") == "I" ? " identifying" : "")
                 << "\n";
     }
