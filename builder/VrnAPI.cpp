@@ -146,14 +146,24 @@ void CVrnAPI::WriteModelRows(const char* path) {
     model->OutputRow();
 }
 
+bool CVrnAPI::IsReadyToSave() const { return m_pVrnFile && m_pNameSpaceMgr && m_pGuidMgr && m_pPropertyMgr; }
+
 int CVrnAPI::SaveToFile(const char* path) {
     // Without a successful Initialize there is no model file or manager to
     // write through: nothing is written.
-    if (!m_pVrnFile || !m_pNameSpaceMgr || !m_pGuidMgr || !m_pPropertyMgr) return 0;
+    if (!IsReadyToSave()) return 0;
     const CString target(path);  // a null path counts as empty, which the file refuses
-
     UpdateRelationships(0);
-    WriteModelRows(target);
+    WriteModel(target);
+    // The result is deliberately not examined: the file keeps the reason of a
+    // failed save for the client to ask.
+    m_pVrnFile->Save(target, 0);
+    return 1;
+}
+
+void CVrnAPI::WriteModel(const char* path) {
+    if (!IsReadyToSave()) return;
+    WriteModelRows(path);
 
     for (POSITION pos = m_entityList.GetHeadPosition(); pos;) m_entityList.GetNext(pos)->Save();
     for (POSITION pos = m_foreignKeyList.GetHeadPosition(); pos;) {
@@ -175,10 +185,6 @@ int CVrnAPI::SaveToFile(const char* path) {
     m_pGuidMgr->Save(m_pVrnFile, nullptr, 0, 0);
     m_pVrnFile->GetIdentityMgr()->Save(m_pVrnFile);
     m_pPropertyMgr->Save(m_pVrnFile);
-    // The result is deliberately not examined: the file keeps the reason of a
-    // failed save for the client to ask.
-    m_pVrnFile->Save(target, 0);
-    return 1;
 }
 
 const char* CVrnAPI::GetORVDatatype(const char* datatypeName) const {

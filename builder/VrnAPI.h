@@ -188,6 +188,11 @@ protected:
     void FixupAKRelationships();
     // BindRule with `isRule` 1, BindDefault with 0.
     unsigned long BindObject(const char* objectName, const char* target, int isRule);
+    // The steps of SaveToFile after relationship resolution: every row and the
+    // managers' tables into the model in memory; then the file itself is
+    // written by the model file's Save. Benchmarks time them one by one.
+    void WriteModel(const char* path);
+    bool IsReadyToSave() const;
     // Marks the foreign key invalid; nothing is removed.
     void DeleteForeignKey(unsigned long foreignKeyId);
     // The user datatype row of that identifier, or null.
