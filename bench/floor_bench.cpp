@@ -11,24 +11,25 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
 namespace {
 
-// One column of a table, kept by its declared type.
-struct CColumn {
-    bool isText = false;
-    std::vector<long long> numbers;
-    std::vector<std::string> texts;
-    std::vector<bool> nulls;
-};
-
+// A table's rows, row by row: the integer columns in one array, the text
+// columns as offsets into one arena (kNull for SQL NULL), so that inserting
+// walks memory in order as a builder's rows would.
 struct CTable {
+    static constexpr std::uint32_t kNull = 0xFFFFFFFFu;
     std::string name;
     std::string createSql;
-    std::vector<CColumn> columns;
+    std::vector<bool> isText;  // per column
+    std::vector<long long> numbers;
+    std::vector<std::uint32_t> texts;
+    std::string arena;
     std::size_t rows = 0;
 };
 
@@ -46,22 +47,25 @@ std::vector<CTable> LoadTables(sqlite3* db) {
     for (CTable& table : tables) {
         sqlite3_stmt* rows = nullptr;
         sqlite3_prepare_v2(db, ("SELECT * FROM \"" + table.name + "\"").c_str(), -1, &rows, nullptr);
-        table.columns.resize(static_cast<std::size_t>(sqlite3_column_count(rows)));
-        for (std::size_t c = 0; c < table.columns.size(); ++c) {
-            const char* type = sqlite3_column_decltype(rows, static_cast<int>(c));
-            table.columns[c].isText = type && std::string(type) == "TEXT";
+        const int columns = sqlite3_column_count(rows);
+        for (int c = 0; c < columns; ++c) {
+            const char* type = sqlite3_column_decltype(rows, c);
+            table.isText.push_back(type && std::string(type) == "TEXT");
         }
         while (sqlite3_step(rows) == SQLITE_ROW) {
-            for (std::size_t c = 0; c < table.columns.size(); ++c) {
-                CColumn& column = table.columns[c];
-                const int i = static_cast<int>(c);
-                if (column.isText) {
-                    const unsigned char* text = sqlite3_column_text(rows, i);
-                    column.texts.emplace_back(text ? reinterpret_cast<const char*>(text) : "");
-                    column.nulls.push_back(text == nullptr);
-                } else {
-                    column.numbers.push_back(sqlite3_column_int64(rows, i));
+            for (int c = 0; c < columns; ++c) {
+                if (!table.isText[static_cast<std::size_t>(c)]) {
+                    table.numbers.push_back(sqlite3_column_int64(rows, c));
+                    continue;
                 }
+                const unsigned char* text = sqlite3_column_text(rows, c);
+                if (!text) {
+                    table.texts.push_back(CTable::kNull);
+                    continue;
+                }
+                table.texts.push_back(static_cast<std::uint32_t>(table.arena.size()));
+                table.arena += reinterpret_cast<const char*>(text);
+                table.arena += '\0';
             }
             ++table.rows;
         }
@@ -94,27 +98,32 @@ int main(int argc, char** argv) {
     for (const CTable& table : tables) totalRows += table.rows;
 
     const auto start = std::chrono::steady_clock::now();
+    // The same connection settings as the store's model in memory.
     sqlite3* db = nullptr;
-    sqlite3_open(":memory:", &db);
+    sqlite3_open_v2(":memory:", &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY | SQLITE_OPEN_NOMUTEX,
+                    nullptr);
     for (const CTable& table : tables)
         if (!Check(sqlite3_exec(db, table.createSql.c_str(), nullptr, nullptr, nullptr), db, "create")) return 1;
     sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr);
     for (const CTable& table : tables) {
         std::string sql = "INSERT INTO \"" + table.name + "\" VALUES (?";
-        for (std::size_t c = 1; c < table.columns.size(); ++c) sql += ", ?";
+        for (std::size_t c = 1; c < table.isText.size(); ++c) sql += ", ?";
         sqlite3_stmt* insert = nullptr;
         if (!Check(sqlite3_prepare_v2(db, (sql + ")").c_str(), -1, &insert, nullptr), db, "prepare")) return 1;
+        const long long* number = table.numbers.data();
+        const std::uint32_t* text = table.texts.data();
         for (std::size_t r = 0; r < table.rows; ++r) {
-            for (std::size_t c = 0; c < table.columns.size(); ++c) {
-                const CColumn& column = table.columns[c];
+            for (std::size_t c = 0; c < table.isText.size(); ++c) {
                 const int i = static_cast<int>(c) + 1;
-                if (!column.isText)
-                    sqlite3_bind_int64(insert, i, column.numbers[r]);
-                else if (column.nulls[r])
+                if (!table.isText[c]) {
+                    sqlite3_bind_int64(insert, i, *number++);
+                } else if (*text == CTable::kNull) {
                     sqlite3_bind_null(insert, i);
-                else
-                    sqlite3_bind_text(insert, i, column.texts[r].c_str(), static_cast<int>(column.texts[r].size()),
-                                      SQLITE_STATIC);
+                    ++text;
+                } else {
+                    const char* value = table.arena.data() + *text++;
+                    sqlite3_bind_text(insert, i, value, static_cast<int>(std::strlen(value)), SQLITE_STATIC);
+                }
             }
             if (!Check(sqlite3_step(insert), db, "insert")) return 1;
             sqlite3_reset(insert);

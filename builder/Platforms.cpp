@@ -1,5 +1,8 @@
 #include "builder/Platforms.h"
 
+#include <string>
+#include <unordered_map>
+
 #include "framework/AfxString.h"
 
 // {code, name, nullable by default, Oracle}
@@ -143,11 +146,32 @@ const CDatatypeName kDatatypeNames[] = {
 };
 const int kDatatypeNameCount = sizeof kDatatypeNames / sizeof kDatatypeNames[0];
 
+namespace {
+
+// The translation table by upper-cased name; the first entry of a name wins,
+// as a walk of the table in order would find it.
+const std::unordered_map<std::string, const char*>& DatatypeCodesByName() {
+    static const std::unordered_map<std::string, const char*> byName = [] {
+        std::unordered_map<std::string, const char*> map;
+        for (const CDatatypeName& entry : kDatatypeNames) {
+            std::string key(entry.name);
+            for (char& ch : key) ch = AfxToUpperAscii(ch);
+            map.emplace(key, kDatatypeCodes[entry.codeIndex]);
+        }
+        return map;
+    }();
+    return byName;
+}
+
+}  // namespace
+
 const char* TranslateDatatypeName(const char* name, int platform) {
     if (!name) return nullptr;  // a null name is no name: nothing to translate
+    std::string key(name);
+    for (char& ch : key) ch = AfxToUpperAscii(ch);
     // Outside Oracle, TEXT is the long character type, not Oracle's TEXT.
-    if (AfxCompareNoCase(name, "TEXT") == 0 && !PlatformIsOracle(platform)) return kDatatypeCodes[kLongTextCode];
-    for (const CDatatypeName& entry : kDatatypeNames)
-        if (AfxCompareNoCase(name, entry.name) == 0) return kDatatypeCodes[entry.codeIndex];
-    return nullptr;
+    if (key == "TEXT" && !PlatformIsOracle(platform)) return kDatatypeCodes[kLongTextCode];
+    const auto& byName = DatatypeCodesByName();
+    const auto found = byName.find(key);
+    return found == byName.end() ? nullptr : found->second;
 }

@@ -2,6 +2,8 @@
 // (with the datatype resolved through user datatypes first and the model's
 // datatype names second), taking over an existing one, finding, deleting.
 #include <cstring>
+#include <string>
+#include <unordered_map>
 
 #include "builder/Platforms.h"
 #include "builder/VrnAPI.h"
@@ -25,6 +27,19 @@ bool EqualsAny(const char* text, std::initializer_list<const char*> words) {
 // The datatype code given when a client's datatype text names nothing known.
 constexpr const char* kDefaultDatatype = "CH";
 constexpr i32 kDefaultWidth = 10;
+
+// The datatype codes are a handful of constant texts: every attribute shares
+// one copy of its code instead of holding its own. The table is made once and
+// only read afterwards, so builders on several threads may share it.
+CString SharedDatatypeCode(const char* code) {
+    static const std::unordered_map<std::string, CString> codes = [] {
+        std::unordered_map<std::string, CString> map;
+        for (int i = 0; i < kDatatypeCodeCount; ++i) map.emplace(kDatatypeCodes[i], CString(kDatatypeCodes[i]));
+        return map;
+    }();
+    const auto found = codes.find(code);
+    return found == codes.end() ? CString(code) : found->second;
+}
 
 }  // namespace
 
@@ -72,7 +87,7 @@ CVrnApiAttribute* CVrnApiEntity::AddAttribute(unsigned long /*unused*/, const ch
 
     if (!mapped || !*mapped) {
         // Unknown or missing datatype: the default type; the client's width and scale are ignored.
-        attribute->m_datatype = kDefaultDatatype;
+        attribute->m_datatype = SharedDatatypeCode(kDefaultDatatype);
         attribute->m_width = kDefaultWidth;
         attribute->m_scale = -1;
     } else if (!userType) {
@@ -93,14 +108,14 @@ CVrnApiAttribute* CVrnApiEntity::AddAttribute(unsigned long /*unused*/, const ch
             s = 0;
         }
         if (EqualsAny(mapped, {"CH", "VAR", "CHN", "VAN"}) && w == -1) w = 1;
-        attribute->m_datatype = mapped;
+        attribute->m_datatype = SharedDatatypeCode(mapped);
         attribute->m_width = static_cast<i32>(w >= 0 ? w : kDefaultWidth);
         attribute->m_scale = static_cast<i32>(s >= 0 ? s : 0);
     }
 
     if (name) {
         attribute->m_attributeName = name;
-        attribute->m_columnName = name;
+        attribute->m_columnName = attribute->m_attributeName;  // one shared text
         attribute->m_attributeNameGiven = 1;
     }
     attribute->m_nullOption = nullOption;

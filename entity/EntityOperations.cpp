@@ -51,7 +51,7 @@ unsigned long CVrnAPI::AddEntity(const char* name, const char* owner, unsigned l
     if (key == 0) return 0;
     auto* entity = static_cast<CVrnApiEntity*>(RowObjectClassFactory(40));
     entity->m_entityName = name;
-    entity->m_tableName = name;
+    entity->m_tableName = entity->m_entityName;  // one shared text
     entity->m_isView = isView;
     if (owner)
         entity->m_owner = owner;

@@ -49,60 +49,108 @@ std::int32_t AfxLeadingNumber(const char* text) {
 }
 
 CString::CString(const char* text, int length) {
-    if (text && length > 0) m_text.assign(text, static_cast<std::size_t>(length));
+    if (text && length > 0) Assign(text, static_cast<std::size_t>(length));
+}
+
+void CString::Assign(const char* text, std::size_t length) {
+    CData* data = nullptr;
+    if (text && length > 0) {
+        data = static_cast<CData*>(::operator new(sizeof(CData) + length));
+        new (&data->refs) std::atomic<int>(1);
+        data->length = static_cast<int>(length);
+        std::memcpy(data->text, text, length);
+        data->text[length] = '\0';
+    }
+    Release();
+    m_pData = data;
+}
+
+void CString::Release() {
+    if (m_pData && m_pData->refs.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        m_pData->refs.~atomic<int>();
+        ::operator delete(m_pData);
+    }
+    m_pData = nullptr;
+}
+
+CString& CString::operator=(const CString& other) noexcept {
+    if (m_pData != other.m_pData) {
+        other.AddRef();
+        Release();
+        m_pData = other.m_pData;
+    }
+    return *this;
+}
+
+CString& CString::operator=(CString&& other) noexcept {
+    if (this != &other) {
+        Release();
+        m_pData = other.m_pData;
+        other.m_pData = nullptr;
+    }
+    return *this;
+}
+
+bool CString::Equals(const char* text, std::size_t length) const {
+    return static_cast<std::size_t>(GetLength()) == length && std::memcmp(GetString(), text, length) == 0;
 }
 
 char CString::GetAt(int index) const {
     if (index < 0 || index >= GetLength()) return '\0';
-    return m_text[static_cast<std::size_t>(index)];
+    return m_pData->text[index];
 }
 
 CString& CString::operator=(const char* text) {
-    m_text = text ? text : "";
+    Assign(text, text ? std::strlen(text) : 0);
     return *this;
 }
 
 CString& CString::operator+=(const char* text) {
-    if (text) m_text += text;
+    if (text && *text) *this = CString(str() + text);
     return *this;
 }
 
 CString& CString::operator+=(char ch) {
-    m_text += ch;
+    *this = CString(str() + ch);
     return *this;
 }
 
 int CString::Compare(const char* other) const {
-    const int result = m_text.compare(other ? other : "");
+    const int result = std::strcmp(GetString(), other ? other : "");
     return result < 0 ? -1 : (result > 0 ? 1 : 0);
 }
 
-int CString::CompareNoCase(const char* other) const { return AfxCompareNoCase(m_text.c_str(), other); }
+int CString::CompareNoCase(const char* other) const { return AfxCompareNoCase(GetString(), other); }
 
 void CString::MakeUpper() {
-    for (char& ch : m_text) ch = AfxToUpperAscii(ch);
+    std::string text = str();
+    for (char& ch : text) ch = AfxToUpperAscii(ch);
+    *this = CString(text);
 }
 
 void CString::MakeLower() {
-    for (char& ch : m_text)
+    std::string text = str();
+    for (char& ch : text)
         if (ch >= 'A' && ch <= 'Z') ch = static_cast<char>(ch - 'A' + 'a');
+    *this = CString(text);
 }
 
 int CString::Find(char ch, int start) const {
     if (start < 0 || start > GetLength()) return -1;
-    const std::size_t at = m_text.find(ch, static_cast<std::size_t>(start));
-    return at == std::string::npos ? -1 : static_cast<int>(at);
+    const char* found = static_cast<const char*>(
+        std::memchr(GetString() + start, ch, static_cast<std::size_t>(GetLength() - start)));
+    return found ? static_cast<int>(found - GetString()) : -1;
 }
 
 int CString::Find(const char* sub, int start) const {
     if (!sub || start < 0 || start > GetLength()) return -1;
-    const std::size_t at = m_text.find(sub, static_cast<std::size_t>(start));
-    return at == std::string::npos ? -1 : static_cast<int>(at);
+    const char* found = std::strstr(GetString() + start, sub);
+    return found ? static_cast<int>(found - GetString()) : -1;
 }
 
 CString CString::Left(int count) const {
     if (count <= 0) return CString();
-    return CString(m_text.substr(0, static_cast<std::size_t>(count)));
+    return CString(GetString(), std::min(count, GetLength()));
 }
 
 CString CString::Mid(int first) const { return Mid(first, GetLength()); }
@@ -110,27 +158,37 @@ CString CString::Mid(int first) const { return Mid(first, GetLength()); }
 CString CString::Mid(int first, int count) const {
     if (first < 0) first = 0;
     if (first >= GetLength() || count <= 0) return CString();
-    return CString(m_text.substr(static_cast<std::size_t>(first), static_cast<std::size_t>(count)));
+    return CString(GetString() + first, std::min(count, GetLength() - first));
 }
 
 void CString::TrimLeft(char ch) {
-    const std::size_t first = m_text.find_first_not_of(ch);
-    m_text.erase(0, first == std::string::npos ? m_text.size() : first);
+    int first = 0;
+    while (first < GetLength() && m_pData->text[first] == ch) ++first;
+    if (first > 0) *this = Mid(first);
 }
 
 void CString::TrimRight(char ch) {
-    const std::size_t last = m_text.find_last_not_of(ch);
-    m_text.erase(last == std::string::npos ? 0 : last + 1);
+    int last = GetLength();
+    while (last > 0 && m_pData->text[last - 1] == ch) --last;
+    if (last < GetLength()) *this = Left(last);
 }
 
+namespace {
+
+bool IsBlank(char ch) { return ch == ' ' || ch == '\t' || ch == '\r' || ch == '\n'; }
+
+}  // namespace
+
 void CString::TrimLeft() {
-    const std::size_t first = m_text.find_first_not_of(" \t\r\n");
-    m_text.erase(0, first == std::string::npos ? m_text.size() : first);
+    int first = 0;
+    while (first < GetLength() && IsBlank(m_pData->text[first])) ++first;
+    if (first > 0) *this = Mid(first);
 }
 
 void CString::TrimRight() {
-    const std::size_t last = m_text.find_last_not_of(" \t\r\n");
-    m_text.erase(last == std::string::npos ? 0 : last + 1);
+    int last = GetLength();
+    while (last > 0 && IsBlank(m_pData->text[last - 1])) --last;
+    if (last < GetLength()) *this = Left(last);
 }
 
 bool CString::LoadString(unsigned id) {
@@ -138,10 +196,10 @@ bool CString::LoadString(unsigned id) {
     std::lock_guard<std::mutex> guard(table.lock);
     const auto found = table.texts.find(id);
     if (found == table.texts.end()) {
-        m_text.clear();
+        Empty();
         return false;
     }
-    m_text = found->second;
+    *this = CString(found->second);
     return true;
 }
 

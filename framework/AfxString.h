@@ -1,34 +1,42 @@
 // CString: the host framework's 8-bit string, as the exported signatures use it.
-// A thin value type over std::string; it never holds a null pointer, and every
-// operation that takes a const char* treats null as the empty text.
+// A pointer-sized value type whose copies share their text; it never hands out
+// a null pointer, and every operation that takes a const char* treats null as
+// the empty text.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 class CString {
 public:
     CString() = default;
-    CString(const char* text) : m_text(text ? text : "") {}  // NOLINT: implicit, as in the host framework
-    CString(const std::string& text) : m_text(text) {}      // NOLINT
+    CString(const char* text) { Assign(text, text ? std::strlen(text) : 0); }  // NOLINT: implicit, as in the host framework
+    CString(const std::string& text) { Assign(text.data(), text.size()); }   // NOLINT
     CString(const char* text, int length);
+    CString(const CString& other) noexcept : m_pData(other.m_pData) { AddRef(); }
+    CString(CString&& other) noexcept : m_pData(other.m_pData) { other.m_pData = nullptr; }
+    ~CString() { Release(); }
+    CString& operator=(const CString& other) noexcept;
+    CString& operator=(CString&& other) noexcept;
 
-    int GetLength() const { return static_cast<int>(m_text.size()); }
-    bool IsEmpty() const { return m_text.empty(); }
-    void Empty() { m_text.clear(); }
-    operator const char*() const { return m_text.c_str(); }  // NOLINT: the host's implicit conversion
-    const char* GetString() const { return m_text.c_str(); }
-    const std::string& str() const { return m_text; }
+    int GetLength() const { return m_pData ? m_pData->length : 0; }
+    bool IsEmpty() const { return m_pData == nullptr; }
+    void Empty() { Release(); }
+    operator const char*() const { return GetString(); }  // NOLINT: the host's implicit conversion
+    const char* GetString() const { return m_pData ? m_pData->text : ""; }
+    std::string str() const { return std::string(GetString(), static_cast<std::size_t>(GetLength())); }
     char GetAt(int index) const;
 
     CString& operator=(const char* text);
     CString& operator+=(const char* text);
     CString& operator+=(char ch);
-    friend CString operator+(const CString& a, const CString& b) { return CString(a.m_text + b.m_text); }
-    friend bool operator==(const CString& a, const CString& b) { return a.m_text == b.m_text; }
-    friend bool operator!=(const CString& a, const CString& b) { return a.m_text != b.m_text; }
-    friend bool operator==(const CString& a, const char* b) { return a.m_text == (b ? b : ""); }
+    friend CString operator+(const CString& a, const CString& b) { return CString(a.str() + b.str()); }
+    friend bool operator==(const CString& a, const CString& b) { return a.Equals(b.GetString(), b.GetLength()); }
+    friend bool operator!=(const CString& a, const CString& b) { return !(a == b); }
+    friend bool operator==(const CString& a, const char* b) { return a.Equals(b ? b : "", b ? std::strlen(b) : 0); }
     friend bool operator!=(const CString& a, const char* b) { return !(a == b); }
 
     int Compare(const char* other) const;
@@ -53,7 +61,23 @@ public:
     static CString FromInt(long value);
 
 private:
-    std::string m_text;
+    // One pointer: null for the empty text, else a shared, immutable buffer.
+    // Copies share the buffer (a model holds the same name in several
+    // fields); a change makes a buffer of its own.
+    struct CData {
+        std::atomic<int> refs;
+        int length;
+        char text[1];
+    };
+
+    void Assign(const char* text, std::size_t length);
+    bool Equals(const char* text, std::size_t length) const;
+    void AddRef() const {
+        if (m_pData) m_pData->refs.fetch_add(1, std::memory_order_relaxed);
+    }
+    void Release();
+
+    CData* m_pData = nullptr;
 };
 
 // Registers (or replaces) text number `id` of the host string table. A null text

@@ -16,7 +16,7 @@ class CRowFieldVisitor {
 public:
     virtual ~CRowFieldVisitor() = default;
     virtual void Int(const char* column, std::int64_t value) = 0;
-    virtual void Text(const char* column, const char* text) = 0;
+    virtual void Text(const char* column, const CString& text) = 0;
     // A name-space string: the text is stored in the row and entered into the name space.
     virtual void NameSpaceText(const char* column, const CVrnString& value) = 0;
     virtual void DateTime(const char* column, const CVrnDateTime& value) = 0;

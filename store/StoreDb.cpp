@@ -15,6 +15,10 @@ CStatement& CStatement::operator=(CStatement&& other) noexcept {
 
 void CStatement::BindInt(int index, std::int64_t value) { sqlite3_bind_int64(m_stmt, index, value); }
 
+void CStatement::BindStaticText(int index, const char* text, int length) {
+    sqlite3_bind_text(m_stmt, index, text ? text : "", text ? length : 0, SQLITE_STATIC);
+}
+
 void CStatement::BindText(int index, const char* text) {
     if (text)
         sqlite3_bind_text(m_stmt, index, text, -1, SQLITE_TRANSIENT);
@@ -39,6 +43,8 @@ void CStatement::Reset() {
     sqlite3_clear_bindings(m_stmt);
 }
 
+void CStatement::Rewind() { sqlite3_reset(m_stmt); }
+
 std::int64_t CStatement::ColumnInt(int column) const { return sqlite3_column_int64(m_stmt, column); }
 
 std::string CStatement::ColumnText(int column) const {
@@ -49,8 +55,11 @@ std::string CStatement::ColumnText(int column) const {
 bool CStatement::ColumnIsNull(int column) const { return sqlite3_column_type(m_stmt, column) == SQLITE_NULL; }
 
 CStoreDb::CStoreDb() {
-    // URI file names let the model attach an existing file read-only.
-    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_MEMORY;
+    // URI file names let the model attach an existing file read-only. The
+    // connection belongs to one model builder, used from one thread, so it
+    // needs no mutex of its own.
+    const int flags =
+        SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_MEMORY | SQLITE_OPEN_NOMUTEX;
     if (sqlite3_open_v2(":memory:", &m_db, flags, nullptr) != SQLITE_OK) {
         NoteError("cannot open the in-memory model");
         sqlite3_close(m_db);

@@ -24,12 +24,17 @@ public:
     bool IsValid() const { return m_stmt != nullptr; }
     void BindInt(int index, std::int64_t value);
     void BindText(int index, const char* text);  // null binds SQL NULL
+    // REQUIRES: `text` (of `length` bytes, or up to its NUL when -1) stays
+    // valid until the statement has run: no copy is made.
+    void BindStaticText(int index, const char* text, int length = -1);
     void BindNull(int index);
     // Runs one step: true while a row is available.
     bool Step();
     // Runs to completion; true when no error occurred.
     bool Run();
     void Reset();
+    // Ready to run again, keeping the bindings (for callers that rebind every parameter).
+    void Rewind();
     std::int64_t ColumnInt(int column) const;
     std::string ColumnText(int column) const;
     bool ColumnIsNull(int column) const;

@@ -43,7 +43,7 @@ public:
     std::string columns = "row_seq INTEGER NOT NULL";
     int count = 0;
     void Int(const char* column, std::int64_t) override { Add(column, "INTEGER"); }
-    void Text(const char* column, const char*) override { Add(column, "TEXT"); }
+    void Text(const char* column, const CString&) override { Add(column, "TEXT"); }
     void NameSpaceText(const char* column, const CVrnString&) override { Add(column, "TEXT"); }
     void DateTime(const char* column, const CVrnDateTime&) override { Add(column, "TEXT"); }
 
@@ -59,10 +59,13 @@ class CRowBinder final : public CRowFieldVisitor {
 public:
     CRowBinder(CStatement& stmt, CNameSpaceMgr* nameSpace) : m_stmt(stmt), m_nameSpace(nameSpace) {}
     void Int(const char*, std::int64_t value) override { m_stmt.BindInt(++m_index, value); }
-    void Text(const char*, const char* text) override { m_stmt.BindText(++m_index, text ? text : ""); }
+    // The row outlives the statement's run, so its texts are bound without copies.
+    void Text(const char*, const CString& text) override {
+        m_stmt.BindStaticText(++m_index, text, text.GetLength());
+    }
     void NameSpaceText(const char*, const CVrnString& value) override {
         if (m_nameSpace && !value.m_text.IsEmpty()) m_nameSpace->EnterString(value.m_text);
-        m_stmt.BindText(++m_index, value.m_text);
+        m_stmt.BindStaticText(++m_index, value.m_text, value.m_text.GetLength());
     }
     void DateTime(const char*, const CVrnDateTime& value) override {
         m_stmt.BindText(++m_index, value.m_dt.FormatIso().c_str());
@@ -155,6 +158,7 @@ bool CVrnFile::CreateSchema() {
 }
 
 CVrnFile::CInsert* CVrnFile::InsertFor(const char* table) {
+    // Row classes name their table with one constant text each: its address is the key.
     auto found = m_inserts.find(table);
     if (found != m_inserts.end()) return &found->second;
     CSchemaRecorder recorder;
@@ -179,7 +183,7 @@ void CVrnFile::WriteRecord(const char* table, CNameSpaceMgr* nameSpace,
     CRowBinder binder(insert->stmt, nameSpace);
     listFields(binder);
     if (insert->stmt.Run()) ++m_nextRowSeq;
-    insert->stmt.Reset();
+    insert->stmt.Rewind();  // every parameter is bound again for the next row
 }
 
 int CVrnFile::Open(const char* path) {

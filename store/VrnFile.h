@@ -67,7 +67,7 @@ private:
 
     std::unique_ptr<CStoreDb> m_pDb;
     std::unique_ptr<CIdentityMgr> m_pIdentityMgr;
-    std::unordered_map<std::string, CInsert> m_inserts;
+    std::unordered_map<const char*, CInsert> m_inserts;  // by the address of the table's name
     std::int64_t m_nextRowSeq = 1;
     bool m_bOpened = false;
     std::string m_lastError;
