@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <algorithm>
+#include <memory>
 #include <vector>
 
 #include "store/DbObjectBase.h"
@@ -298,36 +300,60 @@ int CVrnFile::Save(const char* path, int /*flags*/) {
     }
     if (!m_pDb->Commit()) return Fail("cannot save " + Quoted(target) + ": " + m_pDb->LastError());
 
-    std::string temp = target + ".XXXXXX";
-    const int fd = ::mkstemp(&temp[0]);
-    if (fd < 0) return Fail("cannot save " + Quoted(target) + ": " + std::strerror(errno));
-    // mkstemp makes the file private; the model gets the permissions of the
-    // file it replaces, or those of any new file.
-    ::fchmod(fd, FileModeFor(target));
-    ::close(fd);
+    // The whole file image, as the database's own serialisation.
+    sqlite3_int64 size = 0;
+    std::unique_ptr<unsigned char, decltype(&sqlite3_free)> image(sqlite3_serialize(m_pDb->Handle(), "main", &size, 0),
+                                                                   &sqlite3_free);
+    if (!image) return Fail("cannot save " + Quoted(target) + ": the model could not be serialised (out of memory)");
 
-    auto abandon = [&](const std::string& reason) {
-        ::unlink(temp.c_str());
-        ::unlink((temp + "-journal").c_str());
-        Fail("cannot save " + Quoted(target) + ": " + reason);
-        return 0;
-    };
-
-    sqlite3* dest = nullptr;
-    if (sqlite3_open_v2(temp.c_str(), &dest, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK) {
-        const std::string reason = dest ? sqlite3_errmsg(dest) : "out of memory";
-        sqlite3_close(dest);
-        return abandon(reason);
+    // Written to a file without a name in the target's directory, which
+    // vanishes by itself if the process dies before it is named; it is named
+    // only once complete and synced, and then renamed over the target.
+    std::string temp;
+    const std::string directory = DirectoryOf(target);
+    int fd = ::open(directory.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+    const bool unnamed = fd >= 0;
+    if (!unnamed) {
+        // File systems without unnamed files: a named temporary file instead.
+        temp = target + ".XXXXXX";
+        fd = ::mkstemp(&temp[0]);
     }
-    sqlite3_backup* backup = sqlite3_backup_init(dest, "main", m_pDb->Handle(), "main");
-    int rc = backup ? sqlite3_backup_step(backup, -1) : sqlite3_errcode(dest);
-    if (backup) sqlite3_backup_finish(backup);
-    const std::string reason = sqlite3_errmsg(dest);
-    if (sqlite3_close(dest) != SQLITE_OK && rc == SQLITE_DONE) rc = SQLITE_IOERR;
-    if (rc != SQLITE_DONE) return abandon(reason);
-
-    SyncPath(temp, O_RDONLY);
-    if (::rename(temp.c_str(), target.c_str()) != 0) return abandon(std::strerror(errno));
+    if (fd < 0) return Fail("cannot save " + Quoted(target) + ": " + std::strerror(errno));
+    auto abandon = [&](const std::string& reason) {
+        ::close(fd);
+        if (!temp.empty()) ::unlink(temp.c_str());
+        return Fail("cannot save " + Quoted(target) + ": " + reason);
+    };
+    // A new file is private; the model gets the permissions of the file it
+    // replaces, or those of any new file.
+    ::fchmod(fd, FileModeFor(target));
+    const char* bytes = reinterpret_cast<const char*>(image.get());
+    for (sqlite3_int64 written = 0; written < size;) {
+        const ssize_t n = ::write(fd, bytes + written, static_cast<std::size_t>(std::min<sqlite3_int64>(size - written, 1 << 20)));
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return abandon(n < 0 ? std::strerror(errno) : "nothing could be written");
+        written += n;
+    }
+    if (::fsync(fd) != 0) return abandon(std::strerror(errno));
+    if (unnamed) {
+        const std::string self = "/proc/self/fd/" + std::to_string(fd);
+        for (int attempt = 0; temp.empty(); ++attempt) {
+            char suffix[32];
+            std::snprintf(suffix, sizeof suffix, ".%d.%d.tmp", static_cast<int>(::getpid()), attempt);
+            const std::string name = target + suffix;
+            if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0)
+                temp = name;
+            else if (errno != EEXIST || attempt > 100)
+                return abandon(std::strerror(errno));
+        }
+    }
+    ::close(fd);
+    fd = -1;
+    if (::rename(temp.c_str(), target.c_str()) != 0) {
+        const std::string reason = std::strerror(errno);
+        ::unlink(temp.c_str());
+        return Fail("cannot save " + Quoted(target) + ": " + reason);
+    }
     SyncPath(DirectoryOf(target), O_RDONLY | O_DIRECTORY);
     m_lastError.clear();
     return 1;
