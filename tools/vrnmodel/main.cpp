@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -14,6 +15,7 @@
 #include <VrnIntf.h>
 
 #include "DdlImporter.h"
+#include "ModelDiagram.h"
 #include "ModelReport.h"
 #include "SqlSource.h"
 #include "SqliteImporter.h"
@@ -24,6 +26,7 @@ const char kUsage[] =
     "usage:\n"
     "  vrnmodel import SOURCE... -o MODEL [options]\n"
     "  vrnmodel show MODEL [--json]\n"
+    "  vrnmodel diagram MODEL -o OUT.svg|OUT.html [--tables PATTERN] [--no-columns]\n"
     "\n"
     "import reads DDL scripts (T-SQL, Oracle SQL*Plus, DB2) and SQLite databases\n"
     "and writes one model file.\n"
@@ -38,7 +41,11 @@ const char kUsage[] =
     "  --define NAME=VALUE    value of the template tag &$NAME. in scripts\n"
     "  --verbose              list every skipped statement and warning\n"
     "show prints the tables, keys, relationships and catalog objects of a model\n"
-    "file; --json prints the same as one JSON document.\n";
+    "file; --json prints the same as one JSON document.\n"
+    "diagram draws the tables and relationships of a model file in crow's foot\n"
+    "notation with Graphviz's dot program, as SVG or as one HTML page with pan,\n"
+    "zoom and search; --tables draws the tables whose names match a shell\n"
+    "pattern, --no-columns only their names.\n";
 
 struct CPlatformAlias {
     const char* name;
@@ -253,6 +260,35 @@ int ShowCommand(int argc, char** argv) {
     return 0;
 }
 
+int DiagramCommand(int argc, char** argv) {
+    std::string model, output;
+    CDiagramOptions options;
+    for (int i = 2; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if ((arg == "-o" || arg == "--output") && i + 1 < argc) output = argv[++i];
+        else if (arg == "--tables" && i + 1 < argc) options.tablePattern = argv[++i];
+        else if (arg == "--no-columns") options.columns = false;
+        else if (!arg.empty() && arg[0] == '-') return Usage("unknown option " + arg);
+        else model = arg;
+    }
+    if (model.empty()) return Usage("no model file given");
+    if (output.empty()) return Usage("no output file given (-o OUT.svg or OUT.html)");
+    std::string dot, svg, error;
+    if (!WriteDiagramDot(model, options, dot, error) || !RenderSvg(dot, svg, error)) {
+        std::cerr << "vrnmodel: " << error << "\n";
+        return 1;
+    }
+    const bool html = output.size() > 5 && AfxCompareNoCase(output.substr(output.size() - 5).c_str(), ".html") == 0;
+    std::ofstream out(output, std::ios::binary | std::ios::trunc);
+    out << (html ? DiagramPage(model, svg) : svg);
+    out.close();
+    if (!out) {
+        std::cerr << "vrnmodel: cannot write '" << output << "'\n";
+        return 1;
+    }
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -264,5 +300,6 @@ int main(int argc, char** argv) {
     }
     if (command == "import") return ImportCommand(argc, argv);
     if (command == "show") return ShowCommand(argc, argv);
+    if (command == "diagram") return DiagramCommand(argc, argv);
     return Usage("unknown command " + command);
 }

@@ -1,0 +1,234 @@
+#include "ModelDiagram.h"
+
+#include <fcntl.h>
+#include <fnmatch.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <vector>
+
+namespace {
+
+struct CSqliteCloser {
+    void operator()(sqlite3* db) const { sqlite3_close(db); }
+};
+
+using CRow = std::vector<std::string>;
+
+std::vector<CRow> Query(sqlite3* db, const std::string& sql) {
+    std::vector<CRow> rows;
+    sqlite3_stmt* stmt = nullptr;
+    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) return rows;
+    while (sqlite3_step(stmt) == SQLITE_ROW) {
+        CRow row;
+        for (int i = 0; i < sqlite3_column_count(stmt); ++i) {
+            const unsigned char* text = sqlite3_column_text(stmt, i);
+            row.emplace_back(text ? reinterpret_cast<const char*>(text) : "");
+        }
+        rows.push_back(std::move(row));
+    }
+    sqlite3_finalize(stmt);
+    return rows;
+}
+
+// Text for Graphviz's HTML-like labels.
+std::string Escape(const std::string& text) {
+    std::string out;
+    for (char ch : text) {
+        switch (ch) {
+            case '&': out += "&amp;"; break;
+            case '<': out += "&lt;"; break;
+            case '>': out += "&gt;"; break;
+            case '"': out += "&quot;"; break;
+            default: out += ch;
+        }
+    }
+    return out;
+}
+
+struct CColumn {
+    std::string name, type;
+    bool key = false, foreign = false;
+};
+
+struct CTable {
+    std::string owner, name;
+    std::vector<CColumn> columns;
+};
+
+std::string Label(const CTable& table, bool columns) {
+    std::ostringstream label;
+    label << "<<TABLE BORDER=\"1\" CELLBORDER=\"0\" CELLSPACING=\"0\" CELLPADDING=\"3\">";
+    label << "<TR><TD BGCOLOR=\"#dde6f0\" COLSPAN=\"2\"><B>" << Escape(table.name) << "</B>"
+          << (table.owner.empty() ? "" : "<BR/><FONT POINT-SIZE=\"9\">" + Escape(table.owner) + "</FONT>")
+          << "</TD></TR>";
+    if (columns) {
+        auto rows = [&](bool keys) {
+            for (const CColumn& column : table.columns) {
+                if (column.key != keys) continue;
+                label << "<TR><TD ALIGN=\"LEFT\">" << (column.key ? "<U>" : "") << Escape(column.name)
+                      << (column.key ? "</U>" : "") << (column.foreign ? " (FK)" : "")
+                      << "</TD><TD ALIGN=\"LEFT\"><FONT COLOR=\"#555555\">" << Escape(column.type)
+                      << "</FONT></TD></TR>";
+            }
+        };
+        // The rule stands between two rows: only when there are keys and other columns.
+        bool keys = false, others = false;
+        for (const CColumn& column : table.columns) (column.key ? keys : others) = true;
+        rows(true);
+        if (keys && others) label << "<HR/>";
+        rows(false);
+    }
+    label << "</TABLE>>";
+    return label.str();
+}
+
+}  // namespace
+
+bool WriteDiagramDot(const std::string& modelPath, const CDiagramOptions& options, std::string& dot,
+                     std::string& error) {
+    sqlite3* raw = nullptr;
+    const int rc = sqlite3_open_v2(modelPath.c_str(), &raw, SQLITE_OPEN_READONLY, nullptr);
+    std::unique_ptr<sqlite3, CSqliteCloser> db(raw);
+    const bool isModel = rc == SQLITE_OK &&
+                         !Query(db.get(), "SELECT 1 FROM FileInfo WHERE name = 'format' AND value = 'vrn-model'").empty();
+    if (!isModel) {
+        error = "'" + modelPath + "' is not a model file";
+        return false;
+    }
+
+    std::map<std::string, CTable> tables;  // by entity key
+    for (const CRow& row : Query(db.get(), "SELECT entity_key, owner, entity_name FROM Entity GROUP BY entity_key "
+                                           "ORDER BY min(row_seq)")) {
+        if (!options.tablePattern.empty() &&
+            fnmatch(options.tablePattern.c_str(), row[2].c_str(), FNM_CASEFOLD) != 0)
+            continue;
+        tables[row[0]] = CTable{row[1], row[2], {}};
+    }
+    if (options.columns) {
+        const std::string sql =
+            "SELECT a.entity_key, a.column_name, a.datatype || CASE WHEN a.width > 0 THEN '(' || a.width || "
+            "CASE WHEN a.scale > 0 THEN ',' || a.scale ELSE '' END || ')' ELSE '' END, "
+            "EXISTS (SELECT 1 FROM PrimaryKey p WHERE p.entity_key = a.entity_key AND p.attribute_no = "
+            "a.attribute_no), EXISTS (SELECT 1 FROM ForeignKeyColumn c WHERE c.child_entity_key = a.entity_key AND "
+            "c.child_attribute_no = a.attribute_no) FROM Attribute a GROUP BY a.entity_key, a.attribute_no "
+            "ORDER BY a.entity_key, a.attribute_no";
+        for (const CRow& row : Query(db.get(), sql)) {
+            const auto table = tables.find(row[0]);
+            if (table != tables.end()) table->second.columns.push_back(CColumn{row[1], row[2], row[3] == "1", row[4] == "1"});
+        }
+    }
+
+    std::ostringstream out;
+    out << "digraph model {\n"
+        << "  graph [rankdir=LR, splines=true, nodesep=0.4, ranksep=1.0, fontname=\"Helvetica\"];\n"
+        << "  node [shape=plaintext, fontname=\"Helvetica\", fontsize=10];\n"
+        << "  edge [fontname=\"Helvetica\", fontsize=8, color=\"#44546a\", dir=both];\n";
+    for (const auto& [key, table] : tables)
+        out << "  t" << key << " [id=\"table_" << Escape(table.name) << "\", label=" << Label(table, options.columns)
+            << "];\n";
+    for (const CRow& row : Query(db.get(), "SELECT fk_key, parent_entity_key, child_entity_key, relationship_type, "
+                                           "t6, name FROM ForeignKey GROUP BY fk_key ORDER BY min(row_seq)")) {
+        if (!tables.count(row[1]) || !tables.count(row[2])) continue;
+        const bool identifying = row[3] == "I";
+        const bool optional = row[4] == "O";
+        out << "  t" << row[1] << " -> t" << row[2] << " [style=" << (identifying ? "solid" : "dashed")
+            << ", arrowtail=" << (optional ? "teeodot" : "teetee") << ", arrowhead=crowodot, tooltip=\""
+            << Escape(row[5]) << "\"];\n";
+    }
+    out << "}\n";
+    dot = out.str();
+    return true;
+}
+
+bool RenderSvg(const std::string& dot, std::string& svg, std::string& error) {
+    char input[] = "/tmp/vrnmodel-diagram-XXXXXX";
+    const int inputFd = mkstemp(input);
+    if (inputFd < 0) {
+        error = std::string("cannot make a temporary file: ") + std::strerror(errno);
+        return false;
+    }
+    const bool written = ::write(inputFd, dot.data(), dot.size()) == static_cast<ssize_t>(dot.size());
+    ::close(inputFd);
+    const std::string output = std::string(input) + ".svg";
+    int status = -1;
+    if (written) {
+        const pid_t child = fork();
+        if (child == 0) {
+            const int devnull = ::open("/dev/null", O_WRONLY);
+            if (devnull >= 0) ::dup2(devnull, STDERR_FILENO);
+            execlp("dot", "dot", "-Tsvg", input, "-o", output.c_str(), static_cast<char*>(nullptr));
+            _exit(127);  // no dot program
+        }
+        if (child > 0) waitpid(child, &status, 0);
+    }
+    ::unlink(input);
+    std::ifstream in(output, std::ios::binary);
+    std::ostringstream content;
+    content << in.rdbuf();
+    ::unlink(output.c_str());
+    if (!written || !WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+        error = WIFEXITED(status) && WEXITSTATUS(status) == 127
+                    ? "Graphviz's dot program was not found: install Graphviz (Debian package graphviz)"
+                    : "Graphviz's dot program could not lay out the diagram";
+        return false;
+    }
+    svg = content.str();
+    return true;
+}
+
+std::string DiagramPage(const std::string& title, const std::string& svg) {
+    // The SVG as dot writes it, without its XML prologue.
+    std::string body = svg;
+    const std::size_t start = body.find("<svg");
+    if (start != std::string::npos) body = body.substr(start);
+    std::ostringstream page;
+    page << "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>" << Escape(title) << "</title>\n"
+         << "<style>\n"
+         << "body{margin:0;font-family:Helvetica,Arial,sans-serif;overflow:hidden}\n"
+         << "#bar{position:fixed;top:0;left:0;right:0;padding:6px 10px;background:#f4f6f9;border-bottom:1px solid "
+            "#ccd;z-index:1}\n"
+         << "#view{position:absolute;top:40px;left:0;right:0;bottom:0;cursor:grab}\n"
+         << "#view svg{width:100%;height:100%}\n"
+         << "g.node.hit polygon{stroke:#d9480f;stroke-width:3}\n"
+         << "</style></head><body>\n"
+         << "<div id=\"bar\"><b>" << Escape(title) << "</b> &nbsp; <input id=\"search\" placeholder=\"find a table\"> "
+         << "<span id=\"found\"></span> &nbsp; drag to pan, wheel to zoom</div>\n"
+         << "<div id=\"view\">" << body << "</div>\n"
+         << "<script>\n"
+         << "(function(){\n"
+         << "var svg=document.querySelector('#view svg');\n"
+         << "var box=svg.viewBox.baseVal;var vb={x:box.x,y:box.y,w:box.width,h:box.height};\n"
+         << "svg.removeAttribute('width');svg.removeAttribute('height');\n"
+         << "function apply(){svg.setAttribute('viewBox',vb.x+' '+vb.y+' '+vb.w+' '+vb.h);}\n"
+         << "apply();\n"
+         << "svg.addEventListener('wheel',function(e){e.preventDefault();var k=e.deltaY>0?1.15:1/1.15;"
+            "var r=svg.getBoundingClientRect();var px=vb.x+(e.clientX-r.left)/r.width*vb.w;"
+            "var py=vb.y+(e.clientY-r.top)/r.height*vb.h;vb.x=px-(px-vb.x)*k;vb.y=py-(py-vb.y)*k;vb.w*=k;vb.h*=k;"
+            "apply();},{passive:false});\n"
+         << "var drag=null;svg.addEventListener('mousedown',function(e){drag={x:e.clientX,y:e.clientY};});\n"
+         << "window.addEventListener('mouseup',function(){drag=null;});\n"
+         << "window.addEventListener('mousemove',function(e){if(!drag)return;var r=svg.getBoundingClientRect();"
+            "vb.x-=(e.clientX-drag.x)/r.width*vb.w;vb.y-=(e.clientY-drag.y)/r.height*vb.h;"
+            "drag={x:e.clientX,y:e.clientY};apply();});\n"
+         << "document.getElementById('search').addEventListener('input',function(e){\n"
+         << " var q=e.target.value.toLowerCase();var hits=0;var first=null;\n"
+         << " document.querySelectorAll('g.node').forEach(function(n){var t=(n.id||'').replace(/^table_/,'')"
+            ".toLowerCase();var hit=q.length>0&&t.indexOf(q)>=0;n.classList.toggle('hit',hit);"
+            "if(hit){hits++;if(!first)first=n;}});\n"
+         << " document.getElementById('found').textContent=q?hits+' found':'';\n"
+         << " if(first){var b=first.getBBox();vb.x=b.x-vb.w/2+b.width/2;vb.y=b.y-vb.h/2+b.height/2;apply();}\n"
+         << "});\n"
+         << "})();\n"
+         << "</script></body></html>\n";
+    return page.str();
+}

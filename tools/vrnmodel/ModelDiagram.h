@@ -1,0 +1,27 @@
+// An entity-relationship diagram of a model file in IE (crow's foot)
+// notation, laid out by Graphviz's dot program: each table a box with its
+// name and owner, key columns above a rule and the other columns below,
+// foreign key columns marked; identifying relationships as solid lines,
+// non-identifying ones dashed; the parent end "exactly one" or "zero or one"
+// as the foreign key's optionality says, the child end "zero or more".
+#pragma once
+
+#include <string>
+
+struct CDiagramOptions {
+    std::string tablePattern;  // shell pattern on table names (any letter case); empty for all
+    bool columns = true;       // false: table names only, for a bird's-eye view
+};
+
+// The diagram in Graphviz's language; false (with a reason) when the file is
+// not a model file.
+bool WriteDiagramDot(const std::string& modelPath, const CDiagramOptions& options, std::string& dot,
+                     std::string& error);
+
+// Lays `dot` out as SVG with the dot program; false with a reason when dot is
+// missing or fails.
+bool RenderSvg(const std::string& dot, std::string& svg, std::string& error);
+
+// One self-contained page around the SVG: pan, zoom and a search box that
+// highlights a table.
+std::string DiagramPage(const std::string& title, const std::string& svg);
