@@ -118,10 +118,10 @@ TEST_F(CatalogObjectsTest, InvalidMarkersTouchOnlyTheirOwnList) {
 }
 
 TEST_F(CatalogObjectsTest, PackageSpecificationAndBodyMergeIntoOneRow) {
-    const unsigned long spec = m_builder.AddPackage("PKG", "SCOTT", "package PKG is end;", false);
+    const unsigned long declared = m_builder.AddPackage("PKG", "SCOTT", "package PKG is end;", false);
     const unsigned long body = m_builder.AddPackage("pkg", "scott", "package body PKG is end;", true);
-    EXPECT_EQ(spec, body);
-    EXPECT_EQ(m_builder.AddPackage("PKG", "SCOTT", "package body PKG is begin null; end;", true), spec);
+    EXPECT_EQ(declared, body);
+    EXPECT_EQ(m_builder.AddPackage("PKG", "SCOTT", "package body PKG is begin null; end;", true), declared);
     const auto rows = Save().Rows("DbPackage");
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(rows[0].at("name"), "PKG");
@@ -132,10 +132,10 @@ TEST_F(CatalogObjectsTest, PackageSpecificationAndBodyMergeIntoOneRow) {
 }
 
 TEST_F(CatalogObjectsTest, APackageWithoutOwnerMatchesAnyOwner) {
-    const unsigned long ownerless = m_builder.AddPackage("pkg", "", "spec", false);
+    const unsigned long ownerless = m_builder.AddPackage("pkg", "", "head", false);
     EXPECT_EQ(m_builder.AddPackage("PKG", "SCOTT", "body", true), ownerless);
     EXPECT_EQ(m_builder.FindPackage("PKG", "ANYONE")->m_packageKey, ownerless);
-    const unsigned long other = m_builder.AddPackage("OTHER", "HR", "spec", false);
+    const unsigned long other = m_builder.AddPackage("OTHER", "HR", "head", false);
     EXPECT_EQ(m_builder.FindPackage("OTHER", "SCOTT"), nullptr);
     EXPECT_EQ(m_builder.FindPackage("OTHER", nullptr)->m_packageKey, other);
     EXPECT_EQ(m_builder.GetPackageList().GetCount(), 2);

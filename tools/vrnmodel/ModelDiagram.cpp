@@ -1,44 +1,24 @@
 #include "ModelDiagram.h"
 
+#include "ModelQuery.h"
+
 #include <fcntl.h>
 #include <fnmatch.h>
-#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <map>
-#include <memory>
-#include <set>
 #include <sstream>
 #include <vector>
 
 namespace {
 
-struct CSqliteCloser {
-    void operator()(sqlite3* db) const { sqlite3_close(db); }
-};
-
 using CRow = std::vector<std::string>;
 
-std::vector<CRow> Query(sqlite3* db, const std::string& sql) {
-    std::vector<CRow> rows;
-    sqlite3_stmt* stmt = nullptr;
-    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) return rows;
-    while (sqlite3_step(stmt) == SQLITE_ROW) {
-        CRow row;
-        for (int i = 0; i < sqlite3_column_count(stmt); ++i) {
-            const unsigned char* text = sqlite3_column_text(stmt, i);
-            row.emplace_back(text ? reinterpret_cast<const char*>(text) : "");
-        }
-        rows.push_back(std::move(row));
-    }
-    sqlite3_finalize(stmt);
-    return rows;
-}
+std::vector<CRow> Query(sqlite3* db, const std::string& sql) { return QueryRows(db, sql).rows; }
 
 // Text for Graphviz's HTML-like labels.
 std::string Escape(const std::string& text) {
@@ -96,15 +76,8 @@ std::string Label(const CTable& table, bool columns) {
 
 bool WriteDiagramDot(const std::string& modelPath, const CDiagramOptions& options, std::string& dot,
                      std::string& error) {
-    sqlite3* raw = nullptr;
-    const int rc = sqlite3_open_v2(modelPath.c_str(), &raw, SQLITE_OPEN_READONLY, nullptr);
-    std::unique_ptr<sqlite3, CSqliteCloser> db(raw);
-    const bool isModel = rc == SQLITE_OK &&
-                         !Query(db.get(), "SELECT 1 FROM FileInfo WHERE name = 'format' AND value = 'vrn-model'").empty();
-    if (!isModel) {
-        error = "'" + modelPath + "' is not a model file";
-        return false;
-    }
+    const CModelDatabase db = OpenModelFile(modelPath, error);
+    if (!db) return false;
 
     std::map<std::string, CTable> tables;  // by entity key
     for (const CRow& row : Query(db.get(), "SELECT entity_key, owner, entity_name FROM Entity GROUP BY entity_key "

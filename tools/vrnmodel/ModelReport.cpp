@@ -1,6 +1,6 @@
 #include "ModelReport.h"
 
-#include <sqlite3.h>
+#include "ModelQuery.h"
 
 #include <cstdio>
 #include <map>
@@ -9,26 +9,17 @@
 
 namespace {
 
-struct CSqliteCloser {
-    void operator()(sqlite3* db) const { sqlite3_close(db); }
-};
-
 using CRow = std::map<std::string, std::string>;
 
 // Every row of `sql` as column -> text ("" for NULL).
 std::vector<CRow> Query(sqlite3* db, const std::string& sql) {
+    const CQueryRows result = QueryRows(db, sql);
     std::vector<CRow> rows;
-    sqlite3_stmt* stmt = nullptr;
-    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) return rows;
-    while (sqlite3_step(stmt) == SQLITE_ROW) {
+    for (const auto& values : result.rows) {
         CRow row;
-        for (int i = 0; i < sqlite3_column_count(stmt); ++i) {
-            const unsigned char* text = sqlite3_column_text(stmt, i);
-            row[sqlite3_column_name(stmt, i)] = text ? reinterpret_cast<const char*>(text) : "";
-        }
+        for (std::size_t i = 0; i < values.size(); ++i) row[result.columns[i]] = values[i];
         rows.push_back(std::move(row));
     }
-    sqlite3_finalize(stmt);
     return rows;
 }
 
@@ -110,18 +101,8 @@ void WriteRowsJson(std::ostream& out, const std::vector<CRow>& rows) {
 }  // namespace
 
 bool WriteModelReport(const std::string& path, bool json, std::ostream& out, std::string& error) {
-    sqlite3* raw = nullptr;
-    const int rc = sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READONLY, nullptr);
-    std::unique_ptr<sqlite3, CSqliteCloser> db(raw);
-    if (rc != SQLITE_OK) {
-        error = "cannot open '" + path + "'";
-        return false;
-    }
-    const std::vector<CRow> info = Query(db.get(), "SELECT value FROM FileInfo WHERE name = 'format'");
-    if (info.empty() || info[0].at("value") != "vrn-model") {
-        error = "'" + path + "' is not a model file";
-        return false;
-    }
+    const CModelDatabase db = OpenModelFile(path, error);
+    if (!db) return false;
 
     const std::vector<CRow> entities = Query(
         db.get(), "SELECT entity_key, owner, entity_name, definition FROM Entity ORDER BY row_seq");
