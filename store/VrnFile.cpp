@@ -1,11 +1,14 @@
 #include "store/VrnFile.h"
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <signal.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstdio>
 #include <cstring>
 #include <algorithm>
@@ -128,6 +131,29 @@ mode_t FileModeFor(const std::string& target) {
     return 0666 & ~mask;
 }
 
+// Temporary files of a save are named "<target>.<pid>.<n>.tmp" only for the
+// instant between naming the complete file and renaming it over the target.
+// A save killed in that instant leaves one behind; it is removed by the next
+// Open or Save of the same target, once its process is gone.
+void RemoveStaleTemporaries(const std::string& target) {
+    const std::size_t slash = target.find_last_of('/');
+    const std::string directory = slash == std::string::npos ? "." : (slash == 0 ? "/" : target.substr(0, slash));
+    const std::string prefix = (slash == std::string::npos ? target : target.substr(slash + 1)) + ".";
+    DIR* dir = ::opendir(directory.c_str());
+    if (!dir) return;
+    while (const dirent* entry = ::readdir(dir)) {
+        const std::string name = entry->d_name;
+        if (name.size() <= prefix.size() + 4 || name.compare(0, prefix.size(), prefix) != 0 ||
+            name.compare(name.size() - 4, 4, ".tmp") != 0)
+            continue;
+        char* end = nullptr;
+        const long pid = std::strtol(name.c_str() + prefix.size(), &end, 10);
+        if (pid <= 0 || !end || *end != '.' || pid == ::getpid()) continue;
+        if (::kill(static_cast<pid_t>(pid), 0) == -1 && errno == ESRCH) ::unlink((directory + "/" + name).c_str());
+    }
+    ::closedir(dir);
+}
+
 std::string DirectoryOf(const std::string& path) {
     const std::size_t slash = path.find_last_of('/');
     if (slash == std::string::npos) return ".";
@@ -205,6 +231,7 @@ int CVrnFile::Open(const char* path) {
     if (got != sizeof header || std::memcmp(header, kSqliteMagic, sizeof header) != 0)
         return Fail(Quoted(file) + " is not a model file: it is not an SQLite database");
 
+    RemoveStaleTemporaries(file);
     m_pDb->Commit();
     if (!LoadFrom(file)) {
         m_pDb->Exec("ROLLBACK");
@@ -300,6 +327,7 @@ int CVrnFile::Save(const char* path, int /*flags*/) {
     }
     if (!m_pDb->Commit()) return Fail("cannot save " + Quoted(target) + ": " + m_pDb->LastError());
 
+    RemoveStaleTemporaries(target);
     // The whole file image, as the database's own serialisation.
     sqlite3_int64 size = 0;
     std::unique_ptr<unsigned char, decltype(&sqlite3_free)> image(sqlite3_serialize(m_pDb->Handle(), "main", &size, 0),

@@ -89,10 +89,24 @@ TEST_F(SaveFailureTest, ASaveKilledAtAnyPointLeavesAWholeModel) {
         int status = 0;
         waitpid(child, &status, 0);
         SCOPED_TRACE(round);
+        // Opening the target also removes the named temporary file a save
+        // killed between naming and renaming it leaves behind.
         CVrnFile file;
         EXPECT_EQ(file.Open(target.c_str()), 1) << file.GetLastError();
         EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"model.vrn"});
     }
+}
+
+TEST_F(SaveFailureTest, TemporariesOfDeadSavesAreRemovedButNotThoseOfLiveOnes) {
+    const std::string target = m_dir.File("model.vrn");
+    SavePrevious(target);
+    WriteBytes(target + ".999999999.0.tmp", "left by a save that died");
+    WriteBytes(target + "." + std::to_string(getppid()) + ".0.tmp", "a live process's");
+    WriteBytes(m_dir.File("other.vrn.999999999.0.tmp"), "another target's");
+    CVrnFile file;
+    ASSERT_EQ(file.Open(target.c_str()), 1);
+    EXPECT_EQ(m_dir.Entries(), (std::vector<std::string>{"model.vrn", "model.vrn." + std::to_string(getppid()) + ".0.tmp",
+                                                         "other.vrn.999999999.0.tmp"}));
 }
 
 TEST_F(SaveFailureTest, ARefusedSaveOntoAReadOnlyDirectoryKeepsThePreviousModel) {

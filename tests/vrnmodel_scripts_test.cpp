@@ -72,6 +72,13 @@ TEST(SqlScriptTest, SqlPlusBlocksEndAtASlashLine) {
     EXPECT_EQ(statements[2], "create view v as select * from t");
 }
 
+TEST(SqlScriptTest, AColumnNamedPromptIsNoSqlPlusCommand) {
+    const auto statements = Statements("PROMPT creating t\ncreate table t (\n  id number,\n  prompt varchar2(10),\n"
+                                       "  rem number\n);\nREM done\n");
+    ASSERT_EQ(statements.size(), 1u);
+    EXPECT_EQ(statements[0], "create table t (\n  id number,\n  prompt varchar2(10),\n  rem number\n)");
+}
+
 TEST(SqlScriptTest, BeginEndBlocksHoldTheirSemicolons) {
     const auto statements = Statements(
         "CREATE TRIGGER tr BEFORE INSERT ON t FOR EACH ROW BEGIN ATOMIC\n IF 1 = 1 THEN SET x = 1; END IF;\n"

@@ -72,16 +72,23 @@ std::string PrepareScriptText(const std::string& text, const std::vector<std::pa
     std::string out;
     out.reserve(text.size());
     std::set<std::string> unresolved;
+    // Whether the next line may be an SQL*Plus command: not when the last line
+    // (blank and comment lines aside) ended with "," or "(", inside a list
+    // where a column may be named PROMPT or REM.
+    bool atStatementStart = true;
     std::size_t lineStart = 0;
     while (lineStart < text.size()) {
         std::size_t lineEnd = text.find('\n', lineStart);
         if (lineEnd == std::string::npos) lineEnd = text.size();
         const std::string line = text.substr(lineStart, lineEnd - lineStart);
-        std::size_t first = line.find_first_not_of(" \t");
+        const std::size_t first = line.find_first_not_of(" \t");
+        const std::size_t last = line.find_last_not_of(" \t");
         std::string word;
-        while (first != std::string::npos && first < line.size() && std::isalpha(static_cast<unsigned char>(line[first])))
-            word += static_cast<char>(std::toupper(static_cast<unsigned char>(line[first++])));
-        const bool dropped = word == "REM" || word == "REMARK" || word == "PROMPT";
+        for (std::size_t i = first; i != std::string::npos && i < line.size() &&
+                                    std::isalpha(static_cast<unsigned char>(line[i]));
+             ++i)
+            word += static_cast<char>(std::toupper(static_cast<unsigned char>(line[i])));
+        const bool dropped = atStatementStart && (word == "REM" || word == "REMARK" || word == "PROMPT");
         if (!dropped) {
             for (std::size_t i = 0; i < line.size(); ++i) {
                 if (line[i] == '&' && i + 1 < line.size() && line[i + 1] == '$') {
@@ -105,6 +112,12 @@ std::string PrepareScriptText(const std::string& text, const std::vector<std::pa
         }
         if (lineEnd < text.size()) out += '\n';
         lineStart = lineEnd + 1;
+
+        const bool blankOrComment = first == std::string::npos || line.compare(first, 2, "--") == 0;
+        if (dropped)
+            atStatementStart = true;
+        else if (!blankOrComment)
+            atStatementStart = line[last] != ',' && line[last] != '(';
     }
     unresolvedTags.assign(unresolved.begin(), unresolved.end());
     return out;
