@@ -2,9 +2,14 @@
 // for tests, and helpers for the usual set-up.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <memory>
 #include <string>
 
 #include <VrnIntf.h>
+
+#include "ModelFileReader.h"
 
 class CTestBuilder : public CVrnAPI {
 public:
@@ -55,4 +60,14 @@ inline std::string WithKey(std::string pattern, unsigned long key) {
     const std::size_t at = pattern.find('K');
     if (at != std::string::npos) pattern.replace(at, 1, std::to_string(key));
     return pattern;
+}
+
+// Saves `builder` as `name` in `dir`, expecting the save to succeed, and
+// opens the saved file for reading.
+inline std::unique_ptr<CModelFileReader> SaveAndOpen(CVrnAPI& builder, const CScratchDir& dir,
+                                                    const std::string& name = "model.vrn") {
+    const std::string path = dir.File(name);
+    EXPECT_EQ(builder.SaveToFile(path.c_str()), 1);
+    EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
+    return std::make_unique<CModelFileReader>(path);
 }

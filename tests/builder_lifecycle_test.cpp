@@ -12,10 +12,7 @@ class BuilderLifecycleTest : public ::testing::Test {
 protected:
     // Saves `builder` to `name` and opens the result for reading.
     std::unique_ptr<CModelFileReader> SaveAndRead(CVrnAPI& builder, const std::string& name = "model.vrn") {
-        const std::string path = m_dir.File(name);
-        EXPECT_EQ(builder.SaveToFile(path.c_str()), 1);
-        EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
-        return std::make_unique<CModelFileReader>(path);
+        return SaveAndOpen(builder, m_dir, name);
     }
 
     CScratchDir m_dir;

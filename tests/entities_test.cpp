@@ -11,12 +11,7 @@ class EntitiesTest : public ::testing::Test {
 protected:
     void SetUp() override { ASSERT_EQ(m_builder.Initialize(34, nullptr), 1); }
 
-    std::unique_ptr<CModelFileReader> Save() {
-        const std::string path = m_dir.File("model.vrn");
-        m_builder.SaveToFile(path.c_str());
-        EXPECT_STREQ(m_builder.GetVrnFile()->GetLastError(), "");
-        return std::make_unique<CModelFileReader>(path);
-    }
+    std::unique_ptr<CModelFileReader> Save() { return SaveAndOpen(m_builder, m_dir); }
 
     CScratchDir m_dir;
     CTestBuilder m_builder;

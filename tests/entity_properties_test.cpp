@@ -15,11 +15,7 @@ protected:
         m_attribute = m_builder.AddAttribute(m_entity, "QTY", "NUMBER", -1, -1, 1, 0);
     }
     CVrnApiEntity& Entity() { return *m_builder.GetEntityPtr(m_entity); }
-    std::unique_ptr<CModelFileReader> Save() {
-        const std::string path = m_dir.File("model.vrn");
-        m_builder.SaveToFile(path.c_str());
-        return std::make_unique<CModelFileReader>(path);
-    }
+    std::unique_ptr<CModelFileReader> Save() { return SaveAndOpen(m_builder, m_dir); }
     // The single property record of the model, as "kind key property value text".
     std::string OnlyProperty() {
         const auto& records = m_builder.GetPropertyMgr()->GetRecords();

@@ -28,12 +28,7 @@ protected:
         m_builder.AddPrimaryKey(m_entity, name);
         for (const char* column : columns) m_builder.AddPrimaryKeyColumn(m_entity, column, 0);
     }
-    std::unique_ptr<CModelFileReader> Save() {
-        const std::string path = m_dir.File("model.vrn");
-        m_builder.SaveToFile(path.c_str());
-        EXPECT_STREQ(m_builder.GetVrnFile()->GetLastError(), "");
-        return std::make_unique<CModelFileReader>(path);
-    }
+    std::unique_ptr<CModelFileReader> Save() { return SaveAndOpen(m_builder, m_dir); }
 
     CScratchDir m_dir;
     CTestBuilder m_builder;
