@@ -232,6 +232,7 @@ private:
         std::uint32_t attributeNo;
     };
     COrigin TraceOrigin(std::uint32_t entityKey, std::uint32_t attributeNo);
+    CVrnApiAttribute* RecordOrigin(CForeignKeyColumnBase& column, const COrigin& origin);
     void AssignOwners(int writeRows);
     void CopySharedAttributes(int writeRows);
 

@@ -54,7 +54,22 @@ bool TakeOriginName(CVrnApiAttribute& target, CVrnApiAttribute* origin) {
     return true;
 }
 
+// A migrated attribute's role name (and its copy) is its own column name.
+void TakeColumnNameAsRole(CVrnApiAttribute& attribute) {
+    attribute.m_roleName = attribute.GetName();
+    attribute.m_roleNameCopy = attribute.GetName();
+}
+
 }  // namespace
+
+// Stores the origin in the pair's third pair of fields and answers the
+// origin's attribute, or null when it does not exist.
+CVrnApiAttribute* CVrnAPI::RecordOrigin(CForeignKeyColumnBase& column, const COrigin& origin) {
+    column.m_originEntityKey = origin.entityKey;
+    column.m_originAttributeNo = origin.attributeNo;
+    const CVrnApiEntity* entity = GetEntityPtr(origin.entityKey);
+    return entity ? entity->GetAttribute(origin.attributeNo) : nullptr;
+}
 
 bool CVrnAPI::ResolveForeignKeyConstraints(CStringList& messages) {
     for (POSITION pos = m_pendingForeignKeyList.GetHeadPosition(); pos;) {
@@ -216,12 +231,8 @@ void CVrnAPI::AssignOwners(int writeRows) {
             attribute->SetRelationId(foreignKey->m_fkKeyCopy);
             NameRoleWhenRenamed(*attribute, parent ? parent->GetAttribute(column->m_parentAttributeNo) : nullptr,
                                 attribute->GetName());
-            column->m_originEntityKey = origin.entityKey;
-            column->m_originAttributeNo = origin.attributeNo;
-            const CVrnApiEntity* originEntity = GetEntityPtr(origin.entityKey);
-            CVrnApiAttribute* originAttribute = originEntity ? originEntity->GetAttribute(origin.attributeNo) : nullptr;
-            attribute->m_roleName = attribute->GetName();
-            attribute->m_roleNameCopy = attribute->GetName();
+            CVrnApiAttribute* originAttribute = RecordOrigin(*column, origin);
+            TakeColumnNameAsRole(*attribute);
             if (TakeOriginName(*attribute, originAttribute) && writeRows)
                 attribute->OutputRow(attribute->GetIsUpdate());
         }
@@ -252,13 +263,9 @@ void CVrnAPI::CopySharedAttributes(int writeRows) {
             copy->m_parentAttributeNo = shared->m_attributeNo;
             column->m_childAttributeNo = copy->m_attributeNo;
 
-            const COrigin origin = TraceOrigin(foreignKey->m_parentEntityKey, column->m_parentAttributeNo);
-            column->m_originEntityKey = origin.entityKey;
-            column->m_originAttributeNo = origin.attributeNo;
-            const CVrnApiEntity* originEntity = GetEntityPtr(origin.entityKey);
-            CVrnApiAttribute* originAttribute = originEntity ? originEntity->GetAttribute(origin.attributeNo) : nullptr;
-            shared->m_roleName = shared->GetName();
-            shared->m_roleNameCopy = shared->GetName();
+            CVrnApiAttribute* originAttribute =
+                RecordOrigin(*column, TraceOrigin(foreignKey->m_parentEntityKey, column->m_parentAttributeNo));
+            TakeColumnNameAsRole(*shared);
             TakeOriginName(*copy, originAttribute);
             if (writeRows) copy->OutputRow(0);
         }
