@@ -309,6 +309,20 @@ TEST_F(CommandLineTest, FailsOnlyForUnreadableInputNothingImportedOrAnUnwrittenM
     EXPECT_NE(Out().find("vrnmodel import"), std::string::npos);
 }
 
+TEST_F(CommandLineTest, OptionsReachTheModel) {
+    WriteBytes(m_dir.File("s.sql"), "create table &$SCH..t (a int);\ncreate table u (b int);\n");
+    const std::string model = m_dir.File("m.vrn");
+    ASSERT_EQ(Run("import " + m_dir.File("s.sql") + " -o " + model +
+                  " --platform 41 --sql-id ADMIN --model-id 7 --define SCH=SALES --encoding utf-8"),
+              0)
+        << Err();
+    CModelFileReader reader(model);
+    EXPECT_EQ(reader.Column("SELECT owner || '.' || entity_name || ':' || model_no FROM Entity ORDER BY row_seq"),
+              (std::vector<std::string>{"SALES.t:7", "ADMIN.u:7"}));
+    EXPECT_EQ(Run("import " + m_dir.File("s.sql") + " -o " + model + " --encoding latin1"), 2);
+    EXPECT_EQ(Run("import " + m_dir.File("s.sql") + " -o " + model + " --model-id zero"), 2);
+}
+
 TEST_F(CommandLineTest, ContinuesAnExistingModel) {
     WriteBytes(m_dir.File("a.sql"), "create table a (x int);\n");
     WriteBytes(m_dir.File("b.sql"), "create table b (y int);\n");

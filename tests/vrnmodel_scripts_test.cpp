@@ -25,6 +25,9 @@ TEST(SqlSourceTest, DecodesByteOrderMarksAndLineEnds) {
     ASSERT_TRUE(DecodeSourceText(std::string("\xFE\xFF\0x\xD8\x3D\xDE\x00", 8), text, error));
     EXPECT_EQ(text, "x\xF0\x9F\x98\x80");
     EXPECT_FALSE(DecodeSourceText(std::string("\xFF\xFE" "a", 3), text, error));
+    // Told the text is UTF-8, bytes that look like a byte order mark stay bytes.
+    ASSERT_TRUE(DecodeSourceText(std::string("\xFF\xFE" "a", 3), text, error, false));
+    EXPECT_EQ(text, "\xFF\xFE" "a");
     EXPECT_FALSE(DecodeSourceText(std::string("\xFF\xFE\x00\xDC", 4), text, error));
     EXPECT_FALSE(ReadSourceText("/no/such/file.sql", text, error));
     EXPECT_NE(error.find("/no/such/file.sql"), std::string::npos);

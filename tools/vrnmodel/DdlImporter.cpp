@@ -132,17 +132,17 @@ void CDdlImporter::ImportStatement(const CSqlStatement& statement, const std::st
             handled = CreateIndex(cursor, context);
         } else if (cursor.IsAnyWord({"VIEW", "FORCE", "NOFORCE"})) {
             kind = "CREATE VIEW";
-            handled = CreateView(cursor, context);
+            handled = CreateView(cursor);
         } else if (cursor.IsAnyWord({"PROCEDURE", "PROC", "FUNCTION", "TRIGGER", "PACKAGE"}) ||
                    (cursor.IsWord("NO") && cursor.IsWord("CASCADE", 1))) {
             kind = "CREATE " + Upper(cursor.Peek()->text);
             handled = CreateCode(cursor, context);
         } else if (cursor.IsAnyWord({"STOGROUP", "DATABASE", "TABLESPACE", "BUFFERPOOL", "LOB"})) {
             kind = "CREATE " + Upper(cursor.Peek()->text);
-            handled = CreateStorageObject(cursor, context);
+            handled = CreateStorageObject(cursor);
         } else if (cursor.IsWord("DEFAULT") || cursor.IsWord("RULE")) {
             kind = "CREATE " + Upper(cursor.Peek()->text);
-            handled = CreateDefaultOrRule(cursor, context, cursor.IsWord("RULE"));
+            handled = CreateDefaultOrRule(cursor, cursor.IsWord("RULE"));
         } else if (cursor.IsWord("TYPE") || cursor.IsWord("DISTINCT")) {
             kind = "CREATE TYPE";
             handled = CreateType(cursor, context);
@@ -210,7 +210,7 @@ bool CDdlImporter::CreateTable(CSqlCursor& cursor, CContext& context) {
         if (cursor.Position() == before) cursor.Skip();
     }
     cursor.AcceptSymbol(')');
-    TableOptions(cursor, entity, context);
+    TableOptions(cursor, entity);
     return true;
 }
 
@@ -403,8 +403,7 @@ bool CDdlImporter::TableConstraint(CSqlCursor& cursor, unsigned long entity, con
     return false;
 }
 
-void CDdlImporter::TableOptions(CSqlCursor& cursor, unsigned long entity, CContext& context) {
-    (void)context;
+void CDdlImporter::TableOptions(CSqlCursor& cursor, unsigned long entity) {
     while (!cursor.AtEnd()) {
         long number = 0;
         if (cursor.AcceptWord("TABLESPACE") || cursor.AcceptWord("ON") || cursor.AcceptWord("IN")) {
@@ -685,8 +684,7 @@ bool CDdlImporter::AlterTable(CSqlCursor& cursor, CContext& context) {
     return handled;
 }
 
-bool CDdlImporter::CreateView(CSqlCursor& cursor, CContext& context) {
-    (void)context;
+bool CDdlImporter::CreateView(CSqlCursor& cursor) {
     cursor.AcceptWord("FORCE") || cursor.AcceptWord("NOFORCE");
     if (!cursor.AcceptWord("VIEW")) return false;
     const CQualifiedName name = cursor.ReadName();
@@ -736,8 +734,7 @@ bool CDdlImporter::CreateCode(CSqlCursor& cursor, CContext& context) {
     return true;
 }
 
-bool CDdlImporter::CreateStorageObject(CSqlCursor& cursor, CContext& context) {
-    (void)context;
+bool CDdlImporter::CreateStorageObject(CSqlCursor& cursor) {
     const std::string text = cursor.SourceText(0, static_cast<std::size_t>(-1));
     int kind = kTablespace;
     if (cursor.AcceptWord("STOGROUP")) kind = kStorageGroup;
@@ -756,8 +753,7 @@ bool CDdlImporter::CreateStorageObject(CSqlCursor& cursor, CContext& context) {
     return true;
 }
 
-bool CDdlImporter::CreateDefaultOrRule(CSqlCursor& cursor, CContext& context, bool isRule) {
-    (void)context;
+bool CDdlImporter::CreateDefaultOrRule(CSqlCursor& cursor, bool isRule) {
     cursor.Skip();
     const std::string name = cursor.ReadName().Name();
     if (!cursor.AcceptWord("AS")) return false;

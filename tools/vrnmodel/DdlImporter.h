@@ -57,16 +57,16 @@ private:
     void Column(CSqlCursor& cursor, unsigned long entity, CContext& context);
     // PRIMARY KEY / UNIQUE / FOREIGN KEY / CHECK after an optional name.
     bool TableConstraint(CSqlCursor& cursor, unsigned long entity, const std::string& name, CContext& context);
-    void TableOptions(CSqlCursor& cursor, unsigned long entity, CContext& context);
+    void TableOptions(CSqlCursor& cursor, unsigned long entity);
     void Partitions(CSqlCursor& cursor, unsigned long entity, unsigned long index);
     void StorageClause(CSqlCursor& cursor, unsigned long entity, unsigned long index, unsigned long partition);
     bool CreateIndex(CSqlCursor& cursor, CContext& context);
     bool IndexOptions(CSqlCursor& cursor, unsigned long index, unsigned long entity);
     bool AlterTable(CSqlCursor& cursor, CContext& context);
-    bool CreateView(CSqlCursor& cursor, CContext& context);
+    bool CreateView(CSqlCursor& cursor);
     bool CreateCode(CSqlCursor& cursor, CContext& context);
-    bool CreateStorageObject(CSqlCursor& cursor, CContext& context);
-    bool CreateDefaultOrRule(CSqlCursor& cursor, CContext& context, bool isRule);
+    bool CreateStorageObject(CSqlCursor& cursor);
+    bool CreateDefaultOrRule(CSqlCursor& cursor, bool isRule);
     bool CreateType(CSqlCursor& cursor, CContext& context);
     bool CommentOn(CSqlCursor& cursor, CContext& context);
     bool SystemProcedure(CSqlCursor& cursor, CContext& context);

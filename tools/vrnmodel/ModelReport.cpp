@@ -45,8 +45,8 @@ std::string JsonString(const std::string& text) {
     return out + "\"";
 }
 
-// One section of the report: a title, the SQL that yields its rows and the
-// columns shown (as "label=column").
+// One section of the report after the tables: its key in the JSON document,
+// its title in the text, and the SQL that yields its rows.
 struct CSection {
     const char* key;
     const char* title;

@@ -55,11 +55,11 @@ bool DecodeUtf16(const std::string& bytes, std::size_t start, bool bigEndian, st
 
 }  // namespace
 
-bool DecodeSourceText(const std::string& bytes, std::string& text, std::string& error) {
+bool DecodeSourceText(const std::string& bytes, std::string& text, std::string& error, bool detectUtf16) {
     std::string decoded;
-    if (bytes.size() >= 2 && static_cast<unsigned char>(bytes[0]) == 0xFF && static_cast<unsigned char>(bytes[1]) == 0xFE) {
+    if (detectUtf16 && bytes.size() >= 2 && static_cast<unsigned char>(bytes[0]) == 0xFF && static_cast<unsigned char>(bytes[1]) == 0xFE) {
         if (!DecodeUtf16(bytes, 2, false, decoded, error)) return false;
-    } else if (bytes.size() >= 2 && static_cast<unsigned char>(bytes[0]) == 0xFE &&
+    } else if (detectUtf16 && bytes.size() >= 2 && static_cast<unsigned char>(bytes[0]) == 0xFE &&
                static_cast<unsigned char>(bytes[1]) == 0xFF) {
         if (!DecodeUtf16(bytes, 2, true, decoded, error)) return false;
     } else if (bytes.compare(0, 3, "\xEF\xBB\xBF") == 0) {
@@ -80,7 +80,7 @@ bool DecodeSourceText(const std::string& bytes, std::string& text, std::string& 
     return true;
 }
 
-bool ReadSourceText(const std::string& path, std::string& text, std::string& error) {
+bool ReadSourceText(const std::string& path, std::string& text, std::string& error, bool detectUtf16) {
     std::ifstream in(path, std::ios::binary);
     if (!in) {
         error = "cannot read '" + path + "': " + std::strerror(errno);
@@ -88,7 +88,7 @@ bool ReadSourceText(const std::string& path, std::string& text, std::string& err
     }
     std::ostringstream bytes;
     bytes << in.rdbuf();
-    if (!DecodeSourceText(bytes.str(), text, error)) {
+    if (!DecodeSourceText(bytes.str(), text, error, detectUtf16)) {
         error = "cannot read '" + path + "': " + error;
         return false;
     }

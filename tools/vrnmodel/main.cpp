@@ -37,7 +37,8 @@ const char kUsage[] =
     "  --continue EXISTING    continue an existing model file\n"
     "  --sql-id ID            owner of tables declared without one\n"
     "  --model-id N           model number of the new objects\n"
-    "  --encoding E           auto (default: BOM or UTF-8), utf-8\n"
+    "  --encoding E           auto (default: UTF-16 by its byte order mark, else UTF-8)\n"
+    "                         or utf-8 (always)\n"
     "  --define NAME=VALUE    value of the template tag &$NAME. in scripts\n"
     "  --verbose              list every skipped statement and warning\n"
     "show prints the tables, keys, relationships and catalog objects of a model\n"
@@ -130,7 +131,7 @@ int Import(const CImportOptions& options) {
         databases[i] = IsSqliteFile(options.sources[i]);
         if (databases[i]) continue;
         std::string error;
-        if (!ReadSourceText(options.sources[i], texts[i], error)) {
+        if (!ReadSourceText(options.sources[i], texts[i], error, options.encoding == "auto")) {
             std::cerr << "vrnmodel: " << error << "\n";
             return 1;
         }
