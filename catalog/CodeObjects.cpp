@@ -33,7 +33,7 @@ unsigned long CVrnAPI::FindTrigger(const char* name, const char* owner, unsigned
 }
 
 void CVrnAPI::SetTriggerInvalid(unsigned long triggerId) {
-    if (CNSOutputTrigger* row = triggerId > UINT32_MAX ? nullptr : m_triggerMap.Find(static_cast<std::uint32_t>(triggerId)))
+    if (CNSOutputTrigger* row = m_triggerMap.Find(triggerId))
         row->m_isInvalid = 1;
 }
 
@@ -60,7 +60,7 @@ unsigned long CVrnAPI::FindProcedure(const char* name, const char* owner) {
 }
 
 void CVrnAPI::SetProcInvalid(unsigned long procedureId) {
-    if (CNSOutputProc* row = procedureId > UINT32_MAX ? nullptr : m_procedureMap.Find(static_cast<std::uint32_t>(procedureId)))
+    if (CNSOutputProc* row = m_procedureMap.Find(procedureId))
         row->m_isInvalid = 1;
 }
 

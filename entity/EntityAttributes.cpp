@@ -151,7 +151,7 @@ unsigned long CVrnApiEntity::FindAttrBySequence(unsigned long sequence, int want
 }
 
 CVrnApiAttribute* CVrnApiEntity::GetAttribute(unsigned long attributeNo) const {
-    return attributeNo > UINT32_MAX ? nullptr : m_attrMap.Find(static_cast<std::uint32_t>(attributeNo));
+    return m_attrMap.Find(attributeNo);
 }
 
 int CVrnApiEntity::DeleteAttribute(CVrnApiAttribute* attribute) {

@@ -83,7 +83,7 @@ unsigned long CVrnAPI::FindEntity(const char* name, const char* owner, unsigned 
 }
 
 CVrnApiEntity* CVrnAPI::GetEntityPtr(unsigned long entityId) {
-    return entityId > UINT32_MAX ? nullptr : m_entityMap.Find(static_cast<std::uint32_t>(entityId));
+    return m_entityMap.Find(entityId);
 }
 
 int CVrnAPI::IsEntityView(unsigned long entityId) {
@@ -128,16 +128,15 @@ unsigned long CVrnAPI::FindAttribute(unsigned long entityId, const char* name) {
 // of the same number, if any, is the one deleted. Callers pass matching pairs.
 int CVrnAPI::DeleteAttribute(unsigned long entityId, unsigned long attributeId) {
     CVrnApiEntity* entity = GetEntityPtr(entityId);
-    if (!entity || attributeId > UINT32_MAX) return 0;
-    CVrnApiAttribute* attribute = m_attributeMap.Find(static_cast<std::uint32_t>(attributeId));
+    if (!entity) return 0;
+    CVrnApiAttribute* attribute = m_attributeMap.Find(attributeId);
     if (!attribute) return 0;
-    m_attributeMap.RemoveKey(static_cast<std::uint32_t>(attributeId));
+    m_attributeMap.RemoveKey(attributeId);
     return entity->DeleteAttribute(attribute);
 }
 
 int CVrnAPI::SetAttributeProperty(unsigned long attributeId, int code, long value) {
-    CVrnApiAttribute* attribute =
-        attributeId > UINT32_MAX ? nullptr : m_attributeMap.Find(static_cast<std::uint32_t>(attributeId));
+    CVrnApiAttribute* attribute = m_attributeMap.Find(attributeId);
     if (!attribute) return 0;
     switch (code) {
         case 6:
@@ -176,8 +175,7 @@ int CVrnAPI::SetAttributeProperty(unsigned long attributeId, int code, long valu
 }
 
 int CVrnAPI::SetAttributeStringProperty(unsigned long attributeId, int code, const char* text) {
-    CVrnApiAttribute* attribute =
-        attributeId > UINT32_MAX ? nullptr : m_attributeMap.Find(static_cast<std::uint32_t>(attributeId));
+    CVrnApiAttribute* attribute = m_attributeMap.Find(attributeId);
     if (!attribute) return 0;
     switch (code) {
         case 1:

@@ -181,12 +181,14 @@ public:
         value = found == m_map.end() ? nullptr : found->second;
         return found != m_map.end();
     }
-    TYPE* Find(std::uint32_t key) const {
+    // Clients hand identifiers over as unsigned long: one beyond 32 bits
+    // names nothing here.
+    TYPE* Find(std::uint64_t key) const {
         TYPE* value = nullptr;
-        Lookup(key, value);
+        if (key <= UINT32_MAX) Lookup(static_cast<std::uint32_t>(key), value);
         return value;
     }
-    bool RemoveKey(std::uint32_t key) { return m_map.erase(key) != 0; }
+    bool RemoveKey(std::uint64_t key) { return key <= UINT32_MAX && m_map.erase(static_cast<std::uint32_t>(key)) != 0; }
     void RemoveAll() { m_map.clear(); }
     int GetCount() const { return static_cast<int>(m_map.size()); }
 

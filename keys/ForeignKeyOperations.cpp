@@ -37,9 +37,8 @@ void NoteNullableChild(CVrnApiForeignKey& foreignKey, const CVrnApiAttribute& ch
 }  // namespace
 
 CVrnApiForeignKey* CVrnAPI::FindAnyForeignKey(unsigned long foreignKeyId) const {
-    const std::uint32_t key = AsKey(foreignKeyId);
-    if (CVrnApiForeignKey* known = m_foreignKeyMap.Find(key)) return known;
-    return m_pendingForeignKeyMap.Find(key);
+    if (CVrnApiForeignKey* known = m_foreignKeyMap.Find(foreignKeyId)) return known;
+    return m_pendingForeignKeyMap.Find(foreignKeyId);
 }
 
 unsigned long CVrnAPI::AddForeignKey(unsigned long parentEntityId, unsigned long childEntityId, const char* name,
@@ -81,10 +80,10 @@ void CVrnAPI::AddForeignKey(CVrnApiForeignKey* foreignKey) {
 
 int CVrnAPI::AddForeignKeyColumnPair(unsigned long foreignKeyId, const char* parentColumn, const char* childColumn,
                                      unsigned long sequence) {
-    CVrnApiForeignKey* foreignKey = m_foreignKeyMap.Find(AsKey(foreignKeyId));
+    CVrnApiForeignKey* foreignKey = m_foreignKeyMap.Find(foreignKeyId);
     if (!foreignKey) {
         // A foreign key still waiting for its parent keeps the names for resolution.
-        CVrnApiForeignKey* pending = m_pendingForeignKeyMap.Find(AsKey(foreignKeyId));
+        CVrnApiForeignKey* pending = m_pendingForeignKeyMap.Find(foreignKeyId);
         if (!pending) return 0;
         pending->m_parentColumnNames.AddTail(parentColumn);
         pending->m_childColumnNames.AddTail(childColumn);
@@ -126,7 +125,7 @@ void CVrnAPI::AddForeignKeyColumnPair(unsigned long foreignKeyId, unsigned long 
                                       unsigned long childAttributeNo, int identifying, unsigned long sequence) {
     // The caller vouches for the foreign key and the child attribute; an
     // unknown one makes the call do nothing rather than fault.
-    CVrnApiForeignKey* foreignKey = m_foreignKeyMap.Find(AsKey(foreignKeyId));
+    CVrnApiForeignKey* foreignKey = m_foreignKeyMap.Find(foreignKeyId);
     const CVrnApiEntity* child = foreignKey ? GetEntityPtr(foreignKey->m_childEntityKey) : nullptr;
     const CVrnApiAttribute* childAttribute = child ? child->GetAttribute(childAttributeNo) : nullptr;
     if (!childAttribute) return;
@@ -137,7 +136,7 @@ void CVrnAPI::AddForeignKeyColumnPair(unsigned long foreignKeyId, unsigned long 
 }
 
 const char* CVrnAPI::GetForeignKeyName(unsigned long foreignKeyId) {
-    CVrnApiForeignKey* foreignKey = m_foreignKeyMap.Find(AsKey(foreignKeyId));
+    CVrnApiForeignKey* foreignKey = m_foreignKeyMap.Find(foreignKeyId);
     return foreignKey ? foreignKey->GetName() : nullptr;
 }
 
@@ -151,5 +150,5 @@ int CVrnAPI::SetForeignKeyProperty(unsigned long foreignKeyId, int code, long va
 }
 
 void CVrnAPI::DeleteForeignKey(unsigned long foreignKeyId) {
-    if (CVrnApiForeignKey* foreignKey = m_foreignKeyMap.Find(AsKey(foreignKeyId))) foreignKey->SetValid(0);
+    if (CVrnApiForeignKey* foreignKey = m_foreignKeyMap.Find(foreignKeyId)) foreignKey->SetValid(0);
 }

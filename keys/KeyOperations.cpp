@@ -6,7 +6,7 @@
 #include "keys/VrnApiIndex.h"
 
 CVrnApiIndex* CVrnAPI::FindIndex(unsigned long indexId) const {
-    return indexId > UINT32_MAX ? nullptr : m_indexMap.Find(static_cast<std::uint32_t>(indexId));
+    return m_indexMap.Find(indexId);
 }
 
 const char* CVrnAPI::AddPrimaryKey(unsigned long entityId, const char* name) {
