@@ -15,13 +15,25 @@ std::uint32_t AppendNumbered(CTypedPtrList<CPtrList, Row*>& list, Row* row) {
 
 }  // namespace
 
-unsigned long CVrnAPI::AddDefault(const char* name, const char* text, const char* /*reserved*/) {
-    auto* row = static_cast<CNSOutputDefaults*>(RowObjectClassFactory(26));
+namespace {
+
+// A default or a rule: name and text as given, numbered by its place in its
+// list, and found by name through the index (the first of a name wins).
+template <class Row, class Base>
+unsigned long AppendNamedText(Row* row, std::uint32_t Base::*id, const char* name, const char* text,
+                              CTypedPtrList<CPtrList, Row*>& list, CFirstMatchNameIndex<Row>& index) {
     row->m_name = name;
     row->m_text = text;
-    row->m_defaultId = AppendNumbered(m_defaultList, row);
-    m_defaultIndex.AddIfAbsent(row->m_name, row);
-    return row->m_defaultId;
+    row->*id = AppendNumbered(list, row);
+    index.AddIfAbsent(row->m_name, row);
+    return row->*id;
+}
+
+}  // namespace
+
+unsigned long CVrnAPI::AddDefault(const char* name, const char* text, const char* /*reserved*/) {
+    return AppendNamedText(static_cast<CNSOutputDefaults*>(RowObjectClassFactory(26)), &CDefaultsBase::m_defaultId,
+                           name, text, m_defaultList, m_defaultIndex);
 }
 
 unsigned long CVrnAPI::FindDefault(const char* name) {
@@ -30,12 +42,8 @@ unsigned long CVrnAPI::FindDefault(const char* name) {
 }
 
 unsigned long CVrnAPI::AddRule(const char* name, const char* text, const char* /*reserved*/) {
-    auto* row = static_cast<CNSOutputRules*>(RowObjectClassFactory(86));
-    row->m_name = name;
-    row->m_text = text;
-    row->m_ruleId = AppendNumbered(m_ruleList, row);
-    m_ruleIndex.AddIfAbsent(row->m_name, row);
-    return row->m_ruleId;
+    return AppendNamedText(static_cast<CNSOutputRules*>(RowObjectClassFactory(86)), &CRulesBase::m_ruleId, name, text,
+                           m_ruleList, m_ruleIndex);
 }
 
 unsigned long CVrnAPI::FindRule(const char* name) {
