@@ -57,10 +57,12 @@ std::uint32_t CVrnApiEntity::GetPrimaryKeyIndexId() const { return m_pPrimaryKey
 
 CVrnApiIndex* CVrnApiEntity::FindIndexMatchingPK() {
     if (!m_pPrimaryKey) return nullptr;
+    CList<std::uint32_t, std::uint32_t> keyColumns;
+    m_pPrimaryKey->GetColumnNumbers(keyColumns);
     for (POSITION pos = m_indexList.GetHeadPosition(); pos;) {
         const POSITION at = pos;
         CVrnApiIndex* index = m_indexList.GetNext(pos);
-        if (index->m_isUnique == "Y" && index->HasSameColumns(*m_pPrimaryKey)) {
+        if (index->m_isUnique == "Y" && index->HasColumns(keyColumns)) {
             m_indexList.RemoveAt(at);
             return index;
         }
@@ -85,13 +87,7 @@ void CVrnApiEntity::ConsolidatePrimaryKey() {
 std::uint32_t CVrnApiEntity::HasAKWithColumnList(const CList<std::uint32_t, std::uint32_t>& attributeNos) const {
     for (POSITION pos = m_indexList.GetHeadPosition(); pos;) {
         const CVrnApiIndex* index = m_indexList.GetNext(pos);
-        if (index->m_isUnique != "Y" || index->GetColumnCount() != attributeNos.GetCount()) continue;
-        POSITION wanted = attributeNos.GetHeadPosition();
-        POSITION column = index->m_columnList.GetHeadPosition();
-        bool same = true;
-        while (same && wanted && column)
-            same = attributeNos.GetNext(wanted) == index->m_columnList.GetNext(column)->m_attributeNo;
-        if (same) return index->m_indexKey;
+        if (index->m_isUnique == "Y" && index->HasColumns(attributeNos)) return index->m_indexKey;
     }
     return 0;
 }

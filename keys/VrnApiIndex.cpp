@@ -31,14 +31,17 @@ void CVrnApiIndex::AddColumn(std::uint32_t attributeNo, std::uint32_t sequence, 
     m_columnList.AddTail(column);
 }
 
-bool CVrnApiIndex::HasSameColumns(const CVrnApiIndex& other) const {
-    if (GetColumnCount() != other.GetColumnCount()) return false;
-    POSITION mine = m_columnList.GetHeadPosition();
-    POSITION theirs = other.m_columnList.GetHeadPosition();
-    while (mine && theirs)
-        if (m_columnList.GetNext(mine)->m_attributeNo != other.m_columnList.GetNext(theirs)->m_attributeNo)
-            return false;
+bool CVrnApiIndex::HasColumns(const CList<std::uint32_t, std::uint32_t>& attributeNos) const {
+    if (GetColumnCount() != attributeNos.GetCount()) return false;
+    POSITION wanted = attributeNos.GetHeadPosition();
+    for (POSITION column = m_columnList.GetHeadPosition(); column && wanted;)
+        if (m_columnList.GetNext(column)->m_attributeNo != attributeNos.GetNext(wanted)) return false;
     return true;
+}
+
+void CVrnApiIndex::GetColumnNumbers(CList<std::uint32_t, std::uint32_t>& attributeNos) const {
+    for (POSITION column = m_columnList.GetHeadPosition(); column;)
+        attributeNos.AddTail(m_columnList.GetNext(column)->m_attributeNo);
 }
 
 int CVrnApiIndex::Save() {

@@ -35,8 +35,10 @@ public:
     // REQUIRES: `position` is not null.
     CNSOutputIndexColumn* GetNextIndexColumn(POSITION& position) { return m_columnList.GetNext(position); }
     int GetColumnCount() const { return m_columnList.GetCount(); }
-    // True when the columns carry `other`'s attribute numbers, position by position.
-    bool HasSameColumns(const CVrnApiIndex& other) const;
+    // True when the columns carry exactly these attribute numbers, in this order.
+    bool HasColumns(const CList<std::uint32_t, std::uint32_t>& attributeNos) const;
+    // The attribute numbers of the columns, in order.
+    void GetColumnNumbers(CList<std::uint32_t, std::uint32_t>& attributeNos) const;
 
     const char* GetIndexName() const { return m_indexName; }
     CString& GetIsUnique() { return m_isUnique; }

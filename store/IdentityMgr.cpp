@@ -23,11 +23,6 @@ unsigned long CIdentityMgr::AllocKeyValue(int keyClass) {
     return ++last;
 }
 
-std::uint32_t CIdentityMgr::GetLastKey(int keyClass) const {
-    const auto found = m_lastKeys.find(keyClass);
-    return found == m_lastKeys.end() ? 0 : found->second;
-}
-
 void CIdentityMgr::Save(CVrnFile* file) {
     if (!file) return;
     CStoreDb& db = file->GetDb();

@@ -25,9 +25,6 @@ public:
     // Stores the last key of every class in the file's KeyAllocator table.
     void Save(CVrnFile* file);
 
-    // The last key handed out for `keyClass`, 0 when none.
-    std::uint32_t GetLastKey(int keyClass) const;
-
 private:
     CVrnFile* m_pFile;
     std::map<int, std::uint32_t> m_lastKeys;

@@ -26,8 +26,6 @@ void CStatement::BindText(int index, const char* text) {
         sqlite3_bind_null(m_stmt, index);
 }
 
-void CStatement::BindNull(int index) { sqlite3_bind_null(m_stmt, index); }
-
 bool CStatement::Step() { return m_stmt && sqlite3_step(m_stmt) == SQLITE_ROW; }
 
 bool CStatement::Run() {

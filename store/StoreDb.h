@@ -27,7 +27,6 @@ public:
     // REQUIRES: `text` (of `length` bytes, or up to its NUL when -1) stays
     // valid until the statement has run: no copy is made.
     void BindStaticText(int index, const char* text, int length = -1);
-    void BindNull(int index);
     // Runs one step: true while a row is available.
     bool Step();
     // Runs to completion; true when no error occurred.
