@@ -323,6 +323,21 @@ TEST_F(CommandLineTest, OptionsReachTheModel) {
     EXPECT_EQ(Run("import " + m_dir.File("s.sql") + " -o " + model + " --model-id zero"), 2);
 }
 
+TEST_F(CommandLineTest, GuessesThePlatformFromTheScript) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"create table t (a int)\nGO\n", "(platform 41)"},
+        {"create table t (a varchar2(10));\n", "(platform 47)"},
+        {"SET CURRENT SQLID='ADM';\ncreate table t (a int) in db.ts;\n", "(platform 46)"},
+        {"create table t (a int) organize by row;\n", "(platform 44)"},
+        {"create table t (a int);\n", "(platform 0)"},
+    };
+    for (const auto& [script, platform] : cases) {
+        WriteBytes(m_dir.File("s.sql"), script);
+        ASSERT_EQ(Run("import " + m_dir.File("s.sql") + " -o " + m_dir.File("m.vrn")), 0) << Err();
+        EXPECT_NE(Out().find(platform), std::string::npos) << script << " gave " << Out();
+    }
+}
+
 TEST_F(CommandLineTest, ContinuesAnExistingModel) {
     WriteBytes(m_dir.File("a.sql"), "create table a (x int);\n");
     WriteBytes(m_dir.File("b.sql"), "create table b (y int);\n");
