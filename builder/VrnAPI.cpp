@@ -28,11 +28,6 @@ CString LoadText(unsigned id) {
 }
 
 template <class Row>
-void EmptyList(CTypedPtrList<CPtrList, Row*>& list) {
-    while (!list.IsEmpty()) delete list.RemoveHead();
-}
-
-template <class Row>
 void OutputList(CTypedPtrList<CPtrList, Row*>& list) {
     for (POSITION pos = list.GetHeadPosition(); pos;) list.GetNext(pos)->OutputRow();
 }
@@ -59,7 +54,7 @@ CVrnAPI::~CVrnAPI() {
     m_pVrnFile = nullptr;
     m_pMigrationMap.reset();
 
-    EmptyList(m_entityList);
+    DeleteAllFromHead(m_entityList);
     // Foreign keys are owned through the foreign key list; one that never left
     // the pending list is owned by nobody else. A foreign key resolved twice
     // stands in the list twice: each is deleted once.
@@ -70,15 +65,15 @@ CVrnAPI::~CVrnAPI() {
     for (CVrnApiForeignKey* foreignKey : foreignKeys) delete foreignKey;
     m_foreignKeyList.RemoveAll();
     m_pendingForeignKeyList.RemoveAll();
-    EmptyList(m_checkConstraintList);
-    EmptyList(m_defaultList);
-    EmptyList(m_ruleList);
-    EmptyList(m_userDatatypeList);
-    EmptyList(m_triggerList);
-    EmptyList(m_procedureList);
-    EmptyList(m_packageList);
-    EmptyList(m_referencedObjectList);
-    EmptyList(m_storageObjectList);
+    DeleteAllFromHead(m_checkConstraintList);
+    DeleteAllFromHead(m_defaultList);
+    DeleteAllFromHead(m_ruleList);
+    DeleteAllFromHead(m_userDatatypeList);
+    DeleteAllFromHead(m_triggerList);
+    DeleteAllFromHead(m_procedureList);
+    DeleteAllFromHead(m_packageList);
+    DeleteAllFromHead(m_referencedObjectList);
+    DeleteAllFromHead(m_storageObjectList);
 }
 
 int CVrnAPI::Initialize(int dbType, const char* path) {

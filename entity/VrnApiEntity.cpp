@@ -15,8 +15,8 @@ CVrnApiEntity::CVrnApiEntity(CVrnAPI* owner) : m_pOwner(owner) {
 }
 
 CVrnApiEntity::~CVrnApiEntity() {
-    while (!m_attrList.IsEmpty()) delete m_attrList.RemoveHead();
-    while (!m_indexList.IsEmpty()) delete m_indexList.RemoveHead();
+    DeleteAllFromHead(m_attrList);
+    DeleteAllFromHead(m_indexList);
     delete m_pPrimaryKey;
     delete m_pTableStorage;
 }

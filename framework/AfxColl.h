@@ -153,6 +153,13 @@ private:
 
 using CPtrList = CList<void*, void*>;
 
+// For lists that own their elements: deletes every element, from the head,
+// and leaves the list empty.
+template <class TYPE>
+void DeleteAllFromHead(CList<TYPE*, TYPE*>& list) {
+    while (!list.IsEmpty()) delete list.RemoveHead();
+}
+
 class CStringList : public CList<CString, const char*> {
 public:
     explicit CStringList(int blockSize = 10) : CList<CString, const char*>(blockSize) {}

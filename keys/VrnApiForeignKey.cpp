@@ -10,7 +10,7 @@ CVrnApiForeignKey::CVrnApiForeignKey(CVrnAPI* owner) : m_pOwner(owner) {
 }
 
 CVrnApiForeignKey::~CVrnApiForeignKey() {
-    while (!m_columnList.IsEmpty()) delete m_columnList.RemoveHead();
+    DeleteAllFromHead(m_columnList);
 }
 
 int CVrnApiForeignKey::AddForeignKeyColumnPair(std::uint32_t parentAttributeNo, std::uint32_t childAttributeNo,

@@ -13,7 +13,7 @@ CVrnApiIndex::CVrnApiIndex(CVrnAPI* owner) : m_pOwner(owner) {
 }
 
 CVrnApiIndex::~CVrnApiIndex() {
-    while (!m_columnList.IsEmpty()) delete m_columnList.RemoveHead();
+    DeleteAllFromHead(m_columnList);
     delete m_pStorage;
 }
 
