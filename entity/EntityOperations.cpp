@@ -126,12 +126,17 @@ unsigned long CVrnAPI::FindAttribute(unsigned long entityId, const char* name) {
 // map, but deleted through `entityId`'s entity by its attribute number: an
 // attribute of another entity leaves the map while that entity's attribute
 // of the same number, if any, is the one deleted. Callers pass matching pairs.
+// Whichever attribute is deleted, its identifier leaves the map as well, so
+// that no identifier ever reaches a deleted attribute.
 int CVrnAPI::DeleteAttribute(unsigned long entityId, unsigned long attributeId) {
     CVrnApiEntity* entity = GetEntityPtr(entityId);
     if (!entity) return 0;
     CVrnApiAttribute* attribute = m_attributeMap.Find(attributeId);
     if (!attribute) return 0;
     m_attributeMap.RemoveKey(attributeId);
+    CVrnApiAttribute* deleted = entity->GetAttribute(attribute->m_attributeNo);
+    if (deleted && deleted != attribute && m_attributeMap.Find(deleted->m_attributeId) == deleted)
+        m_attributeMap.RemoveKey(deleted->m_attributeId);
     return entity->DeleteAttribute(attribute);
 }
 

@@ -54,7 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     unsigned long parentValue = 0;
     CStringList messages;
     for (int step = 0; step < 200 && !in.AtEnd(); ++step) {
-        switch (in.Byte() % 40) {
+        switch (in.Byte() % 41) {
             case 0: builder.AddEntity(in.Name(), in.Name(), 0, in.Byte() % 2); break;
             case 1: builder.AddAttribute(in.Id(), in.Name(), in.Name(), in.Value(), in.Value(), in.Byte() % 2, in.Id()); break;
             case 2: builder.AddPrimaryKey(in.Id(), in.Name()); break;
@@ -94,6 +94,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             case 36: builder.AddStorageObject(in.Name(), in.Name(), in.Name(), in.Value()); break;
             case 37: builder.UpdateRelationships(in.Byte() % 2); break;
             case 38: builder.SetModelId(in.Id()); break;
+            case 39: {
+                // An attribute deleted through an entity that may not own it
+                // (then that entity's attribute of the same number goes), and
+                // every identifier used again: none may reach a deleted one.
+                builder.DeleteAttribute(in.Id(), in.Id());
+                for (unsigned long id = 1; id < 12; ++id) {
+                    builder.SetAttributeStringProperty(id, 1, "RENAMED");
+                    builder.SetAttributeProperty(id, 5, 1);
+                }
+                break;
+            }
             default: builder.SetDB2SqlId(in.Name()); break;
         }
     }

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "store/RowTables.h"
+#include "store/TableWriter.h"
 #include "store/VrnFile.h"
 
 int CGuidMgr::Init(unsigned typeCount, unsigned long firstAddedType) {
@@ -36,14 +37,12 @@ int CGuidMgr::GetObjectTypeId(CString& name) {
 
 void CGuidMgr::Save(CVrnFile* file, CGlobalIdMaps* /*idMaps*/, int /*reserved1*/, int /*reserved2*/) {
     if (!file) return;
-    CStoreDb& db = file->GetDb();
-    db.EnsureTransaction();
-    db.Exec("DELETE FROM ObjectType");
-    CStatement insert = db.Prepare("INSERT OR REPLACE INTO ObjectType (type_id, name) VALUES (?1, ?2)");
+    // An opened file may have given one type number to two names; the file
+    // keeps one name per number.
+    CTableWriter table(*file, "ObjectType", "type_id, name", CTableWriter::kLaterRowWins);
     for (const auto& entry : m_types) {
-        insert.BindInt(1, entry.second);
-        insert.BindText(2, entry.first.c_str());
-        insert.Run();
-        insert.Reset();
+        table.Row().BindInt(1, entry.second);
+        table.Row().BindText(2, entry.first.c_str());
+        table.Add();
     }
 }

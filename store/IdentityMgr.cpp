@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "store/TableWriter.h"
 #include "store/VrnFile.h"
 
 int CIdentityMgr::Init() {
@@ -25,15 +26,11 @@ unsigned long CIdentityMgr::AllocKeyValue(int keyClass) {
 
 void CIdentityMgr::Save(CVrnFile* file) {
     if (!file) return;
-    CStoreDb& db = file->GetDb();
-    db.EnsureTransaction();
-    db.Exec("DELETE FROM KeyAllocator");
-    CStatement insert = db.Prepare("INSERT INTO KeyAllocator (key_class, last_key) VALUES (?1, ?2)");
+    CTableWriter table(*file, "KeyAllocator", "key_class, last_key");
     for (const auto& entry : m_lastKeys) {
         if (entry.second == 0) continue;
-        insert.BindInt(1, entry.first);
-        insert.BindInt(2, entry.second);
-        insert.Run();
-        insert.Reset();
+        table.Row().BindInt(1, entry.first);
+        table.Row().BindInt(2, entry.second);
+        table.Add();
     }
 }

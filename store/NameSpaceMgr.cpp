@@ -1,5 +1,6 @@
 #include "store/NameSpaceMgr.h"
 
+#include "store/TableWriter.h"
 #include "store/VrnFile.h"
 
 int CNameSpaceMgr::Init(unsigned textCount, unsigned hashSize, int /*reserved1*/, int openedFile,
@@ -45,14 +46,10 @@ std::int32_t CNameSpaceMgr::EnterString(const char* text) {
 
 void CNameSpaceMgr::Save(CVrnFile* file, int /*reserved1*/, int /*reserved2*/) {
     if (!file) return;
-    CStoreDb& db = file->GetDb();
-    db.EnsureTransaction();
-    db.Exec("DELETE FROM NameSpace");
-    CStatement insert = db.Prepare("INSERT INTO NameSpace (ns_id, text) VALUES (?1, ?2)");
+    CTableWriter table(*file, "NameSpace", "ns_id, text");
     for (std::size_t i = 0; i < m_texts.size(); ++i) {
-        insert.BindInt(1, static_cast<std::int64_t>(i + 1));
-        insert.BindText(2, m_texts[i].c_str());
-        insert.Run();
-        insert.Reset();
+        table.Row().BindInt(1, static_cast<std::int64_t>(i + 1));
+        table.Row().BindText(2, m_texts[i].c_str());
+        table.Add();
     }
 }

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "store/PropertyCatalog.h"
+#include "store/TableWriter.h"
 #include "store/VrnFile.h"
 
 namespace {
@@ -117,46 +118,36 @@ const char* CPropertyMgr::GetPropertyValueString(int value) const {
 
 void CPropertyMgr::Save(CVrnFile* file) {
     if (!file) return;
-    CStoreDb& db = file->GetDb();
-    db.EnsureTransaction();
-    db.Exec("DELETE FROM Property");
-    db.Exec("DELETE FROM Partition");
-    db.Exec("DELETE FROM PropertyValue");
-
-    CStatement property = db.Prepare(
-        "INSERT INTO Property (prop_seq, owner_kind, owner_key, property_no, value_no, text, int_arg) "
-        "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)");
+    CTableWriter properties(*file, "Property", "prop_seq, owner_kind, owner_key, property_no, value_no, text, int_arg");
     for (std::size_t i = 0; i < m_records.size(); ++i) {
         const CRecord& record = m_records[i];
-        property.BindInt(1, static_cast<std::int64_t>(i + 1));
-        property.BindText(2, record.ownerKind.c_str());
-        property.BindInt(3, record.ownerKey);
-        property.BindInt(4, record.propertyNo);
-        property.BindInt(5, record.valueNo);
-        property.BindText(6, record.hasText ? record.text.c_str() : nullptr);
-        property.BindInt(7, record.intArg);
-        property.Run();
-        property.Reset();
+        CStatement& row = properties.Row();
+        row.BindInt(1, static_cast<std::int64_t>(i + 1));
+        row.BindText(2, record.ownerKind.c_str());
+        row.BindInt(3, record.ownerKey);
+        row.BindInt(4, record.propertyNo);
+        row.BindInt(5, record.valueNo);
+        row.BindText(6, record.hasText ? record.text.c_str() : nullptr);
+        row.BindInt(7, record.intArg);
+        properties.Add();
     }
 
-    CStatement partition = db.Prepare(
-        "INSERT INTO Partition (partition_key, owner_kind, owner_key, name, int_arg) VALUES (?1, ?2, ?3, ?4, ?5)");
+    CTableWriter partitions(*file, "Partition", "partition_key, owner_kind, owner_key, name, int_arg");
     for (const CPartition& entry : m_partitions) {
-        partition.BindInt(1, entry.key);
-        partition.BindText(2, entry.ownerKind.c_str());
-        partition.BindInt(3, entry.ownerKey);
-        partition.BindText(4, entry.name.c_str());
-        partition.BindInt(5, entry.intArg);
-        partition.Run();
-        partition.Reset();
+        CStatement& row = partitions.Row();
+        row.BindInt(1, entry.key);
+        row.BindText(2, entry.ownerKind.c_str());
+        row.BindInt(3, entry.ownerKey);
+        row.BindText(4, entry.name.c_str());
+        row.BindInt(5, entry.intArg);
+        partitions.Add();
     }
 
-    CStatement valueText = db.Prepare("INSERT INTO PropertyValue (value_no, text) VALUES (?1, ?2)");
+    CTableWriter valueTexts(*file, "PropertyValue", "value_no, text");
     for (int i = 0; i < kPropertyValueCount; ++i) {
-        valueText.BindInt(1, kPropertyValues[i].valueNo);
-        valueText.BindText(2, kPropertyValues[i].text);
-        valueText.Run();
-        valueText.Reset();
+        valueTexts.Row().BindInt(1, kPropertyValues[i].valueNo);
+        valueTexts.Row().BindText(2, kPropertyValues[i].text);
+        valueTexts.Add();
     }
 
     m_metaTables.Save(file);

@@ -1,8 +1,6 @@
 #include "store/VrnFile.h"
 
-#include <dirent.h>
 #include <fcntl.h>
-#include <signal.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -83,17 +81,23 @@ private:
     int m_index = 1;  // parameter 1 is row_seq
 };
 
-// A file name as a read-only SQLite URI; '%', '?' and '#' would otherwise be
-// read as URI syntax.
+// A file name as a read-only SQLite URI. Every byte but letters, digits,
+// '/' and "-._~" is percent-encoded, so that '?', '#', '%', spaces and bytes
+// that are not UTF-8 reach the file system as they are. An absolute path gets
+// an empty authority ("file://" then the path): a path that starts with "//"
+// would otherwise be read as the name of a host.
 std::string ReadOnlyUri(const std::string& path) {
-    std::string uri = "file:";
+    std::string uri = !path.empty() && path[0] == '/' ? "file://" : "file:";
     for (char ch : path) {
-        if (ch == '%' || ch == '?' || ch == '#') {
-            char escaped[4];
-            std::snprintf(escaped, sizeof escaped, "%%%02X", static_cast<unsigned char>(ch));
-            uri += escaped;
-        } else {
+        const unsigned char byte = static_cast<unsigned char>(ch);
+        const bool plain = (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || (ch >= '0' && ch <= '9') ||
+                           ch == '/' || ch == '-' || ch == '.' || ch == '_' || ch == '~';
+        if (plain) {
             uri += ch;
+        } else {
+            char escaped[4];
+            std::snprintf(escaped, sizeof escaped, "%%%02X", byte);
+            uri += escaped;
         }
     }
     return uri + "?mode=ro";
@@ -131,33 +135,25 @@ mode_t FileModeFor(const std::string& target) {
     return 0666 & ~mask;
 }
 
-// Temporary files of a save are named "<target>.<pid>.<n>.tmp" only for the
-// instant between naming the complete file and renaming it over the target.
-// A save killed in that instant leaves one behind; it is removed by the next
-// Open or Save of the same target, once its process is gone.
-void RemoveStaleTemporaries(const std::string& target) {
-    const std::size_t slash = target.find_last_of('/');
-    const std::string directory = slash == std::string::npos ? "." : (slash == 0 ? "/" : target.substr(0, slash));
-    const std::string prefix = (slash == std::string::npos ? target : target.substr(slash + 1)) + ".";
-    DIR* dir = ::opendir(directory.c_str());
-    if (!dir) return;
-    while (const dirent* entry = ::readdir(dir)) {
-        const std::string name = entry->d_name;
-        if (name.size() <= prefix.size() + 4 || name.compare(0, prefix.size(), prefix) != 0 ||
-            name.compare(name.size() - 4, 4, ".tmp") != 0)
-            continue;
-        char* end = nullptr;
-        const long pid = std::strtol(name.c_str() + prefix.size(), &end, 10);
-        if (pid <= 0 || !end || *end != '.' || pid == ::getpid()) continue;
-        if (::kill(static_cast<pid_t>(pid), 0) == -1 && errno == ESRCH) ::unlink((directory + "/" + name).c_str());
-    }
-    ::closedir(dir);
-}
-
 std::string DirectoryOf(const std::string& path) {
     const std::size_t slash = path.find_last_of('/');
     if (slash == std::string::npos) return ".";
     return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// The start of a temporary file's name in the target's directory: the
+// target's own name, cut to at most 64 bytes on a character boundary, so that
+// what the suffix adds never goes past the file system's limit on a name
+// (255 bytes) however long the target's name is.
+std::string TemporaryStem(const std::string& target) {
+    const std::size_t slash = target.find_last_of('/');
+    std::string name = slash == std::string::npos ? target : target.substr(slash + 1);
+    if (name.size() > 64) {
+        std::size_t cut = 64;
+        while (cut > 0 && (static_cast<unsigned char>(name[cut]) & 0xC0) == 0x80) --cut;  // not inside a UTF-8 letter
+        name.resize(cut);
+    }
+    return (slash == std::string::npos ? std::string() : target.substr(0, slash + 1)) + name;
 }
 
 }  // namespace
@@ -205,13 +201,24 @@ CVrnFile::CInsert* CVrnFile::InsertFor(const char* table) {
 void CVrnFile::WriteRecord(const char* table, CNameSpaceMgr* nameSpace,
                            const std::function<void(CRowFieldVisitor&)>& listFields) {
     CInsert* insert = InsertFor(table);
-    if (!insert) return;
+    if (!insert) {
+        NoteWriteFailure(std::string("cannot write a row of table ") + (table ? table : "(none)") + ": " +
+                         m_pDb->LastError());
+        return;
+    }
     m_pDb->EnsureTransaction();
     insert->stmt.BindInt(1, m_nextRowSeq);
     CRowBinder binder(insert->stmt, nameSpace);
     listFields(binder);
-    if (insert->stmt.Run()) ++m_nextRowSeq;
+    if (insert->stmt.Run())
+        ++m_nextRowSeq;
+    else
+        NoteWriteFailure(std::string("cannot write a row of table ") + table + ": " + m_pDb->ConnectionError());
     insert->stmt.Rewind();  // every parameter is bound again for the next row
+}
+
+void CVrnFile::NoteWriteFailure(const std::string& what) {
+    if (m_writeFailure.empty()) m_writeFailure = what;
 }
 
 int CVrnFile::Open(const char* path) {
@@ -231,7 +238,6 @@ int CVrnFile::Open(const char* path) {
     if (got != sizeof header || std::memcmp(header, kSqliteMagic, sizeof header) != 0)
         return Fail(Quoted(file) + " is not a model file: it is not an SQLite database");
 
-    RemoveStaleTemporaries(file);
     m_pDb->Commit();
     if (!LoadFrom(file)) {
         m_pDb->Exec("ROLLBACK");
@@ -322,12 +328,13 @@ int CVrnFile::Save(const char* path, int /*flags*/) {
     for (const auto& entry : entries) {
         info.BindText(1, entry.first);
         info.BindText(2, entry.second.c_str());
-        info.Run();
+        if (!info.Run()) NoteWriteFailure("cannot write table FileInfo: " + m_pDb->ConnectionError());
         info.Reset();
     }
-    if (!m_pDb->Commit()) return Fail("cannot save " + Quoted(target) + ": " + m_pDb->LastError());
+    if (!m_pDb->Commit()) NoteWriteFailure("cannot complete the model in memory: " + m_pDb->LastError());
+    if (!m_writeFailure.empty())
+        return Fail("cannot save " + Quoted(target) + ": the model is incomplete (" + m_writeFailure + ")");
 
-    RemoveStaleTemporaries(target);
     // The whole file image, as the database's own serialisation.
     sqlite3_int64 size = 0;
     std::unique_ptr<unsigned char, decltype(&sqlite3_free)> image(sqlite3_serialize(m_pDb->Handle(), "main", &size, 0),
@@ -343,7 +350,7 @@ int CVrnFile::Save(const char* path, int /*flags*/) {
     const bool unnamed = fd >= 0;
     if (!unnamed) {
         // File systems without unnamed files: a named temporary file instead.
-        temp = target + ".XXXXXX";
+        temp = TemporaryStem(target) + ".XXXXXX";
         fd = ::mkstemp(&temp[0]);
     }
     if (fd < 0) return Fail("cannot save " + Quoted(target) + ": " + std::strerror(errno));
@@ -364,11 +371,15 @@ int CVrnFile::Save(const char* path, int /*flags*/) {
     }
     if (::fsync(fd) != 0) return abandon(std::strerror(errno));
     if (unnamed) {
+        // Named only for the instant before the rename. A save killed in that
+        // instant leaves this complete copy of the model behind; nothing
+        // deletes it, since no other process can prove it abandoned.
         const std::string self = "/proc/self/fd/" + std::to_string(fd);
+        const std::string stem = TemporaryStem(target);
         for (int attempt = 0; temp.empty(); ++attempt) {
             char suffix[32];
             std::snprintf(suffix, sizeof suffix, ".%d.%d.tmp", static_cast<int>(::getpid()), attempt);
-            const std::string name = target + suffix;
+            const std::string name = stem + suffix;
             if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0)
                 temp = name;
             else if (errno != EEXIST || attempt > 100)

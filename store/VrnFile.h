@@ -5,8 +5,9 @@
 // Open loads an existing model file into memory so that the managers, when
 // initialised for an opened file, continue its name space, object types, keys
 // and properties. Open refuses anything that is not a model file this library
-// can read; Save never leaves a partial file behind. Both keep a readable
-// reason for their last failure in GetLastError().
+// can read, and never changes or deletes a file. Save never leaves a partial
+// file behind, and refuses a model of which any row or table failed to be
+// written. Both keep a readable reason for their last failure in GetLastError().
 #pragma once
 
 #include <cstdint>
@@ -38,6 +39,7 @@ public:
     // Writes the whole model to `path` atomically: a temporary file beside it,
     // then a rename. Nonzero on success; on failure 0 with a reason, an existing
     // file at `path` untouched and no temporary file left. `flags` is reserved (0).
+    // Fails without touching `path` once any write into the model has failed.
     int Save(const char* path, int flags);
 
     // The key allocator; owned by the file.
@@ -53,6 +55,11 @@ public:
     // order. Name-space texts are entered through `nameSpace` when it is given.
     void WriteRecord(const char* table, CNameSpaceMgr* nameSpace,
                      const std::function<void(CRowFieldVisitor&)>& listFields);
+    // Keeps the first failure to write into the model. It is never cleared:
+    // the model in memory lacks what failed, so every later Save refuses it.
+    void NoteWriteFailure(const std::string& what);
+    // Empty while every write into the model has succeeded.
+    const std::string& GetWriteFailure() const { return m_writeFailure; }
 
 private:
     struct CInsert {
@@ -71,4 +78,5 @@ private:
     std::int64_t m_nextRowSeq = 1;
     bool m_bOpened = false;
     std::string m_lastError;
+    std::string m_writeFailure;
 };

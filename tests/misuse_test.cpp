@@ -174,6 +174,32 @@ TEST(MisuseTest, IdentifiersOfTheWrongKindFindNothingOfThatKind) {
     EXPECT_EQ(builder.GetEntityPtr(0x1FFFFFFFFul), nullptr);
 }
 
+TEST(MisuseTest, AnAttributeDeletedThroughAnotherEntityLeavesNoIdentifierBehind) {
+    CScratchDir dir;
+    CTestBuilder builder;
+    ASSERT_EQ(builder.Initialize(34, nullptr), 1);
+    const unsigned long first = builder.AddEntity("FIRST", nullptr, 0, 0);
+    const unsigned long x = builder.AddAttribute(first, "X", "int", -1, -1, 1, 0);
+    const unsigned long second = builder.AddEntity("SECOND", nullptr, 0, 0);
+    const unsigned long y = builder.AddAttribute(second, "Y", "int", -1, -1, 1, 0);
+    const unsigned long z = builder.AddAttribute(second, "Z", "int", -1, -1, 1, 0);
+    // X and Y are both attribute number 1 of their entity: deleting X through
+    // SECOND takes X's identifier away and deletes Y.
+    EXPECT_EQ(builder.DeleteAttribute(second, x), 1);
+    for (const unsigned long gone : {x, y}) {
+        SCOPED_TRACE(gone);
+        EXPECT_EQ(builder.SetAttributeProperty(gone, 6, 20), 0);
+        EXPECT_EQ(builder.SetAttributeStringProperty(gone, 1, "RENAMED"), 0);
+        EXPECT_EQ(builder.DeleteAttribute(second, gone), 0);
+        EXPECT_EQ(builder.DeleteAttribute(first, gone), 0);
+    }
+    EXPECT_EQ(builder.SetAttributeStringProperty(z, 1, "Z2"), 1);
+    // X stays in FIRST and is saved; Y is gone.
+    const auto reader = SaveAndOpen(builder, dir);
+    EXPECT_EQ(reader->Column("SELECT attribute_name FROM Attribute ORDER BY row_seq"),
+              (std::vector<std::string>{"X", "Z2"}));
+}
+
 TEST(MisuseTest, SavingTwiceWritesTheModelRowsAgain) {
     CScratchDir dir;
     CTestBuilder builder;

@@ -1,5 +1,6 @@
 // A failed or interrupted save loses nothing: the previous model file stays
-// intact and opens, and no temporary file is left beside it.
+// intact and opens, no temporary file is left beside it, and a model of which
+// any write failed is never saved as if it were complete.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
@@ -7,7 +8,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <random>
 #include <thread>
 
@@ -89,24 +92,102 @@ TEST_F(SaveFailureTest, ASaveKilledAtAnyPointLeavesAWholeModel) {
         int status = 0;
         waitpid(child, &status, 0);
         SCOPED_TRACE(round);
-        // Opening the target also removes the named temporary file a save
-        // killed between naming and renaming it leaves behind.
         CVrnFile file;
         EXPECT_EQ(file.Open(target.c_str()), 1) << file.GetLastError();
-        EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"model.vrn"});
+        // A save killed in the instant between naming its finished file and
+        // renaming it over the target leaves that file: a whole model too.
+        for (const std::string& entry : m_dir.Entries()) {
+            if (entry == "model.vrn") continue;
+            EXPECT_EQ(entry.rfind("model.vrn.", 0), 0u) << entry;
+            EXPECT_EQ(entry.substr(entry.size() - 4), ".tmp") << entry;
+            CVrnFile leftover;
+            EXPECT_EQ(leftover.Open(m_dir.File(entry).c_str()), 1) << leftover.GetLastError();
+            std::remove(m_dir.File(entry).c_str());
+        }
     }
 }
 
-TEST_F(SaveFailureTest, TemporariesOfDeadSavesAreRemovedButNotThoseOfLiveOnes) {
+TEST_F(SaveFailureTest, OpenAndSaveNeverDeleteOtherFiles) {
+    // Temporary files of saves that look dead from here may belong to a save
+    // on another host or in another PID namespace that shares the directory.
     const std::string target = m_dir.File("model.vrn");
     SavePrevious(target);
-    WriteBytes(target + ".999999999.0.tmp", "left by a save that died");
-    WriteBytes(target + "." + std::to_string(getppid()) + ".0.tmp", "a live process's");
-    WriteBytes(m_dir.File("other.vrn.999999999.0.tmp"), "another target's");
-    CVrnFile file;
-    ASSERT_EQ(file.Open(target.c_str()), 1);
-    EXPECT_EQ(m_dir.Entries(), (std::vector<std::string>{"model.vrn", "model.vrn." + std::to_string(getppid()) + ".0.tmp",
-                                                         "other.vrn.999999999.0.tmp"}));
+    const std::vector<std::string> planted = {"model.vrn.999999999.0.tmp", "model.vrn.1.0.tmp", "model.vrn.XXXXXX",
+                                              "other.vrn.999999999.0.tmp"};
+    for (const std::string& name : planted) WriteBytes(m_dir.File(name), "a save in progress elsewhere");
+    CVrnAPI opened;
+    ASSERT_EQ(opened.Initialize(34, target.c_str()), 1);
+    Describe(opened, 1);
+    opened.SaveToFile(target.c_str());
+    ASSERT_STREQ(opened.GetVrnFile()->GetLastError(), "");
+    std::vector<std::string> expected = planted;
+    expected.push_back("model.vrn");
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(m_dir.Entries(), expected);
+    for (const std::string& name : planted) EXPECT_EQ(ReadBytes(m_dir.File(name)), "a save in progress elsewhere");
+}
+
+// A write into the model that fails, made to fail by a trigger in the
+// in-memory database that aborts the one insert it names.
+class WriteFailureTest : public SaveFailureTest {
+protected:
+    static void FailInsertsInto(CVrnAPI& builder, const std::string& table, const std::string& when) {
+        const std::string sql = "CREATE TEMP TRIGGER injected BEFORE INSERT ON main." + table + " WHEN " + when +
+                                " BEGIN SELECT RAISE(ABORT, 'injected failure'); END";
+        ASSERT_TRUE(builder.GetVrnFile()->GetDb().Exec(sql)) << builder.GetVrnFile()->GetDb().LastError();
+    }
+    void ExpectRefusedAndPreviousKept(CVrnAPI& builder, const std::string& target, const std::string& table) {
+        const std::string before = ReadBytes(target);
+        builder.SaveToFile(target.c_str());
+        const std::string reason = builder.GetVrnFile()->GetLastError();
+        EXPECT_NE(reason.find("incomplete"), std::string::npos) << reason;
+        EXPECT_NE(reason.find(table), std::string::npos) << reason;
+        EXPECT_NE(reason.find("injected failure"), std::string::npos) << reason;
+        EXPECT_TRUE(ReadBytes(target) == before) << "the previous model was changed";
+        EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"model.vrn"});
+    }
+};
+
+TEST_F(WriteFailureTest, OneRowThatFailsToBeWrittenFailsTheSave) {
+    const std::string target = m_dir.File("model.vrn");
+    SavePrevious(target);
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(34, nullptr), 1);
+    Describe(builder, 5);
+    FailInsertsInto(builder, "Attribute", "NEW.attribute_name = 'C7'");
+    ExpectRefusedAndPreviousKept(builder, target, "Attribute");
+}
+
+TEST_F(WriteFailureTest, AManagerTableThatFailsToBeWrittenFailsTheSave) {
+    const std::string target = m_dir.File("model.vrn");
+    SavePrevious(target);
+    const CHostTexts texts("product", "model", "diagram");  // the product's name enters the name space
+    for (const char* table : {"NameSpace", "ObjectType", "KeyAllocator", "Property", "MetaTable", "PropertyValue"}) {
+        SCOPED_TRACE(table);
+        CVrnAPI builder;
+        ASSERT_EQ(builder.Initialize(34, nullptr), 1);
+        const unsigned long entity = builder.AddEntity("T", "APP", 0, 0);
+        ASSERT_EQ(builder.SetEntityProperty(entity, 28, 1), 1);  // one Property row
+        FailInsertsInto(builder, table, "1");
+        ExpectRefusedAndPreviousKept(builder, target, table);
+    }
+}
+
+TEST_F(WriteFailureTest, AFailedWriteFailsEveryLaterSaveToo) {
+    // The rows that failed are missing from the model in memory; saving it
+    // again, even once the cause is gone, would write it as if complete.
+    const std::string target = m_dir.File("model.vrn");
+    SavePrevious(target);
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(34, nullptr), 1);
+    Describe(builder, 2);
+    FailInsertsInto(builder, "Entity", "NEW.entity_name = 'T1'");
+    ExpectRefusedAndPreviousKept(builder, target, "Entity");
+    ASSERT_TRUE(builder.GetVrnFile()->GetDb().Exec("DROP TRIGGER temp.injected"));
+    ExpectRefusedAndPreviousKept(builder, target, "Entity");
+    builder.SaveToFile(m_dir.File("elsewhere.vrn").c_str());
+    EXPECT_STRNE(builder.GetVrnFile()->GetLastError(), "");
+    EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"model.vrn"});
 }
 
 TEST_F(SaveFailureTest, ARefusedSaveOntoAReadOnlyDirectoryKeepsThePreviousModel) {
