@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "CommandLineTest.h"
 #include "DdlImporter.h"
 #include "ModelFileReader.h"
 #include "SqlSource.h"
@@ -262,21 +263,6 @@ TEST_F(ImportTest, ImportTimeGrowsLinearlyWithTheScript) {
     // growth), with room for noise on a shared machine.
     EXPECT_LT(large, 8 * small + 0.5) << "300 tables: " << small << " s, 1200 tables: " << large << " s";
 }
-
-// The command line, run as a user runs it.
-class CommandLineTest : public ::testing::Test {
-protected:
-    int Run(const std::string& arguments) {
-        const std::string command = std::string(VRNMODEL_PATH) + " " + arguments + " > " + m_dir.File("out.txt") +
-                                    " 2> " + m_dir.File("err.txt");
-        const int status = std::system(command.c_str());
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-    std::string Out() { return ReadBytes(m_dir.File("out.txt")); }
-    std::string Err() { return ReadBytes(m_dir.File("err.txt")); }
-
-    CScratchDir m_dir;
-};
 
 TEST_F(CommandLineTest, ImportsAScriptAndShowsTheModel) {
     WriteBytes(m_dir.File("s.sql"), "create table t (a int primary key, b varchar(10));\ninsert into t values (1, 'x');\n");

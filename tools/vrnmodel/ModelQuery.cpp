@@ -17,9 +17,13 @@ CQueryRows QueryRows(sqlite3* db, const std::string& sql) {
     return result;
 }
 
+std::string SqliteFileName(const std::string& path) {
+    return path.compare(0, 5, "file:") == 0 ? "./" + path : path;
+}
+
 CModelDatabase OpenModelFile(const std::string& path, std::string& error) {
     sqlite3* raw = nullptr;
-    const int rc = sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READONLY, nullptr);
+    const int rc = sqlite3_open_v2(SqliteFileName(path).c_str(), &raw, SQLITE_OPEN_READONLY, nullptr);
     CModelDatabase db(raw);
     if (rc != SQLITE_OK ||
         QueryRows(db.get(), "SELECT 1 FROM FileInfo WHERE name = 'format' AND value = 'vrn-model'").rows.empty()) {

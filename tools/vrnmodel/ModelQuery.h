@@ -13,6 +13,10 @@ struct CSqliteCloser {
 };
 using CModelDatabase = std::unique_ptr<sqlite3, CSqliteCloser>;
 
+// `path` as a name that SQLite takes for a plain file: this SQLite reads
+// names that start with "file:" as URIs, where '?', '#' and '%' mean more.
+std::string SqliteFileName(const std::string& path);
+
 // The model file at `path`, opened read-only; null when it is not a model
 // file (no FileInfo saying so), with `error` set.
 CModelDatabase OpenModelFile(const std::string& path, std::string& error);

@@ -8,12 +8,10 @@
 #include <vector>
 
 #include "DdlImporter.h"
+#include "ModelQuery.h"
 
 namespace {
 
-struct CSqliteCloser {
-    void operator()(sqlite3* db) const { sqlite3_close(db); }
-};
 struct CStatementCloser {
     void operator()(sqlite3_stmt* stmt) const { sqlite3_finalize(stmt); }
 };
@@ -41,7 +39,7 @@ bool IsSqliteFile(const std::string& path) {
 
 bool ImportSqliteDatabase(const std::string& path, CDdlImporter& ddl, std::string& error) {
     sqlite3* raw = nullptr;
-    const int rc = sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READONLY, nullptr);
+    const int rc = sqlite3_open_v2(SqliteFileName(path).c_str(), &raw, SQLITE_OPEN_READONLY, nullptr);
     CDatabase db(raw);
     if (rc != SQLITE_OK) {
         error = "cannot open '" + path + "': " + (raw ? sqlite3_errmsg(raw) : "out of memory");

@@ -3,12 +3,13 @@
 // public model builder interface.
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <iostream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,7 @@
 #include "DdlImporter.h"
 #include "ModelDiagram.h"
 #include "ModelReport.h"
+#include "OutputFile.h"
 #include "SqlSource.h"
 #include "SqliteImporter.h"
 
@@ -25,8 +27,8 @@ namespace {
 const char kUsage[] =
     "usage:\n"
     "  vrnmodel import SOURCE... -o MODEL [options]\n"
-    "  vrnmodel show MODEL [--json]\n"
-    "  vrnmodel diagram MODEL -o OUT.svg|OUT.html [--tables PATTERN] [--no-columns]\n"
+    "  vrnmodel show MODEL [--json] [-o OUT|-]\n"
+    "  vrnmodel diagram MODEL -o OUT.svg|OUT.html|- [--tables PATTERN] [--no-columns]\n"
     "\n"
     "import reads DDL scripts (T-SQL, Oracle SQL*Plus, DB2) and SQLite databases\n"
     "and writes one model file.\n"
@@ -42,11 +44,15 @@ const char kUsage[] =
     "  --define NAME=VALUE    value of the template tag &$NAME. in scripts\n"
     "  --verbose              list every skipped statement and warning\n"
     "show prints the tables, keys, relationships and catalog objects of a model\n"
-    "file; --json prints the same as one JSON document.\n"
+    "file; --json prints the same as one JSON document; -o writes it to a file\n"
+    "instead of standard output.\n"
     "diagram draws the tables and relationships of a model file in crow's foot\n"
     "notation with Graphviz's dot program, as SVG or as one HTML page with pan,\n"
-    "zoom and search; --tables draws the tables whose names match a shell\n"
-    "pattern, --no-columns only their names.\n";
+    "zoom and search (-o - writes the SVG to standard output); --tables draws\n"
+    "the tables whose names match a shell pattern, --no-columns only their names.\n"
+    "\n"
+    "No command writes over one of its inputs: an output that is the same file as\n"
+    "an input is refused. A file is replaced only once its new content is complete.\n";
 
 struct CPlatformAlias {
     const char* name;
@@ -117,6 +123,19 @@ struct CImportOptions {
 int Usage(const std::string& problem) {
     std::cerr << "vrnmodel: " << problem << "\n" << kUsage;
     return 2;
+}
+
+int Failure(const std::string& reason) {
+    std::cerr << "vrnmodel: " << reason << "\n";
+    return 1;
+}
+
+// Refuses, before anything is read, an output that would replace an input.
+bool OutputIsNoInput(const std::string& output, const std::vector<std::string>& inputs) {
+    std::string error;
+    if (CheckOutputIsNoInput(output, inputs, error)) return true;
+    Failure(error);
+    return false;
 }
 
 int Import(const CImportOptions& options) {
@@ -240,24 +259,31 @@ int ImportCommand(int argc, char** argv) {
     }
     if (options.sources.empty()) return Usage("no source given");
     if (options.output.empty()) return Usage("no model file given (-o MODEL)");
+    if (options.output == kStandardOutput)
+        return Usage("a model file cannot go to standard output (-o -): name a file");
+    // The model being continued may be the output: it is read whole before
+    // the new model replaces it, atomically.
+    if (!OutputIsNoInput(options.output, options.sources)) return 1;
     return Import(options);
 }
 
 int ShowCommand(int argc, char** argv) {
-    std::string path;
+    std::string path, output = kStandardOutput;
     bool json = false;
     for (int i = 2; i < argc; ++i) {
         const std::string arg = argv[i];
         if (arg == "--json") json = true;
-        else if (!arg.empty() && arg[0] == '-') return Usage("unknown option " + arg);
+        else if (arg == "-o" || arg == "--output") {
+            if (i + 1 >= argc) return Usage("-o needs a file name, or - for standard output");
+            output = argv[++i];
+        } else if (!arg.empty() && arg[0] == '-') return Usage("unknown option " + arg);
         else path = arg;
     }
     if (path.empty()) return Usage("no model file given");
+    if (!OutputIsNoInput(output, {path})) return 1;
+    std::ostringstream report;
     std::string error;
-    if (!WriteModelReport(path, json, std::cout, error)) {
-        std::cerr << "vrnmodel: " << error << "\n";
-        return 1;
-    }
+    if (!WriteModelReport(path, json, report, error) || !WriteOutput(output, report.str(), error)) return Failure(error);
     return 0;
 }
 
@@ -273,20 +299,12 @@ int DiagramCommand(int argc, char** argv) {
         else model = arg;
     }
     if (model.empty()) return Usage("no model file given");
-    if (output.empty()) return Usage("no output file given (-o OUT.svg or OUT.html)");
+    if (output.empty()) return Usage("no output file given (-o OUT.svg, OUT.html, or - for SVG on standard output)");
+    if (!OutputIsNoInput(output, {model})) return 1;
     std::string dot, svg, error;
-    if (!WriteDiagramDot(model, options, dot, error) || !RenderSvg(dot, svg, error)) {
-        std::cerr << "vrnmodel: " << error << "\n";
-        return 1;
-    }
+    if (!WriteDiagramDot(model, options, dot, error) || !RenderSvg(dot, svg, error)) return Failure(error);
     const bool html = output.size() > 5 && AfxCompareNoCase(output.substr(output.size() - 5).c_str(), ".html") == 0;
-    std::ofstream out(output, std::ios::binary | std::ios::trunc);
-    out << (html ? DiagramPage(model, svg) : svg);
-    out.close();
-    if (!out) {
-        std::cerr << "vrnmodel: cannot write '" << output << "'\n";
-        return 1;
-    }
+    if (!WriteOutput(output, html ? DiagramPage(model, svg) : svg, error)) return Failure(error);
     return 0;
 }
 
@@ -299,8 +317,22 @@ int main(int argc, char** argv) {
         std::cout << kUsage;
         return 0;
     }
-    if (command == "import") return ImportCommand(argc, argv);
-    if (command == "show") return ShowCommand(argc, argv);
-    if (command == "diagram") return DiagramCommand(argc, argv);
-    return Usage("unknown command " + command);
+    int status;
+    if (command == "import")
+        status = ImportCommand(argc, argv);
+    else if (command == "show")
+        status = ShowCommand(argc, argv);
+    else if (command == "diagram")
+        status = DiagramCommand(argc, argv);
+    else
+        return Usage("unknown command " + command);
+    // What went to standard output through the stream (the import summary)
+    // must have arrived too.
+    std::cout.flush();
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) || !std::cout) {
+        const int cause = errno;
+        std::cerr << "vrnmodel: cannot write to standard output: " << std::strerror(cause) << "\n";
+        return status == 0 ? 1 : status;
+    }
+    return status;
 }
