@@ -131,36 +131,35 @@ TEST_F(SaveFailureTest, OpenAndSaveNeverDeleteOtherFiles) {
 // in-memory database that aborts the one insert it names.
 class WriteFailureTest : public SaveFailureTest {
 protected:
+    void SetUp() override { SavePrevious(m_target); }
     static void FailInsertsInto(CVrnAPI& builder, const std::string& table, const std::string& when) {
         const std::string sql = "CREATE TEMP TRIGGER injected BEFORE INSERT ON main." + table + " WHEN " + when +
                                 " BEGIN SELECT RAISE(ABORT, 'injected failure'); END";
         ASSERT_TRUE(builder.GetVrnFile()->GetDb().Exec(sql)) << builder.GetVrnFile()->GetDb().LastError();
     }
-    void ExpectRefusedAndPreviousKept(CVrnAPI& builder, const std::string& target, const std::string& table) {
-        const std::string before = ReadBytes(target);
-        builder.SaveToFile(target.c_str());
+    void ExpectRefusedAndPreviousKept(CVrnAPI& builder, const std::string& table) {
+        const std::string before = ReadBytes(m_target);
+        builder.SaveToFile(m_target.c_str());
         const std::string reason = builder.GetVrnFile()->GetLastError();
         EXPECT_NE(reason.find("incomplete"), std::string::npos) << reason;
         EXPECT_NE(reason.find(table), std::string::npos) << reason;
         EXPECT_NE(reason.find("injected failure"), std::string::npos) << reason;
-        EXPECT_TRUE(ReadBytes(target) == before) << "the previous model was changed";
+        EXPECT_TRUE(ReadBytes(m_target) == before) << "the previous model was changed";
         EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"model.vrn"});
     }
+
+    const std::string m_target = m_dir.File("model.vrn");
 };
 
 TEST_F(WriteFailureTest, OneRowThatFailsToBeWrittenFailsTheSave) {
-    const std::string target = m_dir.File("model.vrn");
-    SavePrevious(target);
     CVrnAPI builder;
     ASSERT_EQ(builder.Initialize(34, nullptr), 1);
     Describe(builder, 5);
     FailInsertsInto(builder, "Attribute", "NEW.attribute_name = 'C7'");
-    ExpectRefusedAndPreviousKept(builder, target, "Attribute");
+    ExpectRefusedAndPreviousKept(builder, "Attribute");
 }
 
 TEST_F(WriteFailureTest, AManagerTableThatFailsToBeWrittenFailsTheSave) {
-    const std::string target = m_dir.File("model.vrn");
-    SavePrevious(target);
     const CHostTexts texts("product", "model", "diagram");  // the product's name enters the name space
     for (const char* table : {"NameSpace", "ObjectType", "KeyAllocator", "Property", "MetaTable", "PropertyValue"}) {
         SCOPED_TRACE(table);
@@ -169,22 +168,20 @@ TEST_F(WriteFailureTest, AManagerTableThatFailsToBeWrittenFailsTheSave) {
         const unsigned long entity = builder.AddEntity("T", "APP", 0, 0);
         ASSERT_EQ(builder.SetEntityProperty(entity, 28, 1), 1);  // one Property row
         FailInsertsInto(builder, table, "1");
-        ExpectRefusedAndPreviousKept(builder, target, table);
+        ExpectRefusedAndPreviousKept(builder, table);
     }
 }
 
 TEST_F(WriteFailureTest, AFailedWriteFailsEveryLaterSaveToo) {
     // The rows that failed are missing from the model in memory; saving it
     // again, even once the cause is gone, would write it as if complete.
-    const std::string target = m_dir.File("model.vrn");
-    SavePrevious(target);
     CVrnAPI builder;
     ASSERT_EQ(builder.Initialize(34, nullptr), 1);
     Describe(builder, 2);
     FailInsertsInto(builder, "Entity", "NEW.entity_name = 'T1'");
-    ExpectRefusedAndPreviousKept(builder, target, "Entity");
+    ExpectRefusedAndPreviousKept(builder, "Entity");
     ASSERT_TRUE(builder.GetVrnFile()->GetDb().Exec("DROP TRIGGER temp.injected"));
-    ExpectRefusedAndPreviousKept(builder, target, "Entity");
+    ExpectRefusedAndPreviousKept(builder, "Entity");
     builder.SaveToFile(m_dir.File("elsewhere.vrn").c_str());
     EXPECT_STRNE(builder.GetVrnFile()->GetLastError(), "");
     EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"model.vrn"});
