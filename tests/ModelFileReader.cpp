@@ -1,5 +1,6 @@
 #include "ModelFileReader.h"
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -69,7 +70,29 @@ CScratchDir::CScratchDir() {
     m_path = pattern;
 }
 
+namespace {
+
+// With VRN_KEEP_MODELS set to a directory, the model files a test leaves in
+// its scratch directories are copied there as "<suite>.<test>.<file>", so
+// that the models of two builds can be compared (tools/compare-models).
+void KeepModels(const std::string& scratch) {
+    const char* keep = std::getenv("VRN_KEEP_MODELS");
+    const ::testing::TestInfo* test = ::testing::UnitTest::GetInstance()->current_test_info();
+    if (!keep || !*keep || !test) return;
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(scratch, ignored)) {
+        if (!entry.is_regular_file(ignored) || entry.path().extension() != ".vrn") continue;
+        const std::string name = std::string(test->test_suite_name()) + "." + test->name() + "." +
+                                 entry.path().filename().string();
+        std::filesystem::copy_file(entry.path(), std::filesystem::path(keep) / name,
+                                   std::filesystem::copy_options::overwrite_existing, ignored);
+    }
+}
+
+}  // namespace
+
 CScratchDir::~CScratchDir() {
+    KeepModels(m_path);
     std::error_code ignored;
     std::filesystem::remove_all(m_path, ignored);
 }
