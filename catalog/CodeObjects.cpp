@@ -77,7 +77,7 @@ CNSOutputPackage* CVrnAPI::FindPackage(const char* name, const char* owner) {
 
 unsigned long CVrnAPI::AddPackage(const char* name, const char* owner, const char* text, bool isBody) {
     if (CNSOutputPackage* existing = FindPackage(name, owner)) {
-        (isBody ? existing->m_bodyText : existing->m_specText) = text;
+        (isBody ? existing->m_bodyText : existing->m_headerText) = text;
         return existing->m_packageKey;
     }
     const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(23));
@@ -87,7 +87,7 @@ unsigned long CVrnAPI::AddPackage(const char* name, const char* owner, const cha
     row->m_name = name;
     row->m_owner = owner;
     row->m_fixedNo = 1;
-    (isBody ? row->m_bodyText : row->m_specText) = text;
+    (isBody ? row->m_bodyText : row->m_headerText) = text;
     m_packageList.AddTail(row);
     m_packageIndex.Add(name, owner, row);
     return key;

@@ -120,7 +120,7 @@ void CNSOutputPackage::ListFields(CRowFieldVisitor& v) const {
     v.Text("owner", m_owner);
     v.Text("name", m_name);
     v.Text("t3", m_t3);
-    v.Text("spec_text", m_specText);
+    v.Text("header_text", m_headerText);
     v.Text("body_text", m_bodyText);
 }
 

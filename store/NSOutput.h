@@ -194,7 +194,7 @@ public:
 class CNSOutputPackage : public CNSOutputBase, public CDbPackageBase {
 public:
     static constexpr const char* kTableName = "DbPackage";
-    CString m_owner, m_name, m_t3, m_specText, m_bodyText;
+    CString m_owner, m_name, m_t3, m_headerText, m_bodyText;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const;
 };

@@ -295,7 +295,11 @@ bool CVrnFile::LoadFrom(const std::string& file) {
 
     const std::vector<std::string> tables = TableNames(*m_pDb);
     for (const std::string& table : tables) {
-        if (ColumnNames(*m_pDb, "src", table) != ColumnNames(*m_pDb, "main", table))
+        std::vector<std::string> columns = ColumnNames(*m_pDb, "src", table);
+        // Rows are copied by position, so a column renamed since reads as its new name.
+        if (version == 1 && table == "DbPackage")
+            std::replace(columns.begin(), columns.end(), std::string("spec_text"), std::string("header_text"));
+        if (columns != ColumnNames(*m_pDb, "main", table))
             return Fail(Quoted(file) + " is not a complete model file: table " + table +
                         " is missing or has other columns");
     }

@@ -24,8 +24,10 @@ class CRowFieldVisitor;
 
 class CVrnFile {
 public:
-    // The newest file format this library writes and reads.
-    static constexpr int kFormatVersion = 1;
+    // The newest file format this library writes and reads. Version 2 named
+    // the package header column header_text (spec_text in version 1);
+    // version 1 files are still read.
+    static constexpr int kFormatVersion = 2;
     static constexpr const char* kFormatName = "vrn-model";
 
     CVrnFile();

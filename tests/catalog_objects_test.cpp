@@ -117,7 +117,7 @@ TEST_F(CatalogObjectsTest, InvalidMarkersTouchOnlyTheirOwnList) {
     EXPECT_EQ(m_reader->Scalar("SELECT is_invalid FROM Proc"), "0");
 }
 
-TEST_F(CatalogObjectsTest, PackageSpecificationAndBodyMergeIntoOneRow) {
+TEST_F(CatalogObjectsTest, PackageHeaderAndBodyMergeIntoOneRow) {
     const unsigned long declared = m_builder.AddPackage("PKG", "SCOTT", "package PKG is end;", false);
     const unsigned long body = m_builder.AddPackage("pkg", "scott", "package body PKG is end;", true);
     EXPECT_EQ(declared, body);
@@ -127,7 +127,7 @@ TEST_F(CatalogObjectsTest, PackageSpecificationAndBodyMergeIntoOneRow) {
     EXPECT_EQ(rows[0].at("name"), "PKG");
     EXPECT_EQ(rows[0].at("owner"), "SCOTT");
     EXPECT_EQ(rows[0].at("fixed_no"), "1");
-    EXPECT_EQ(rows[0].at("spec_text"), "package PKG is end;");
+    EXPECT_EQ(rows[0].at("header_text"), "package PKG is end;");
     EXPECT_EQ(rows[0].at("body_text"), "package body PKG is begin null; end;");
 }
 

@@ -71,10 +71,29 @@ TEST_F(ModelFileTest, RefusesAForeignFormatName) {
 
 TEST_F(ModelFileTest, RefusesANewerFormatVersion) {
     const std::string path = SaveEmptyModel();
-    ExecOnFile(path, "UPDATE FileInfo SET value = '2' WHERE name = 'format_version'");
+    ExecOnFile(path, "UPDATE FileInfo SET value = '3' WHERE name = 'format_version'");
     ExpectRefused(path, "newer version");
     ExecOnFile(path, "UPDATE FileInfo SET value = 'one' WHERE name = 'format_version'");
     ExpectRefused(path, "format version");
+}
+
+TEST_F(ModelFileTest, ReadsAVersion1FileWithItsPackageColumnUnderItsNewName) {
+    const std::string old = m_dir.File("old.vrn");
+    {
+        CVrnAPI builder;
+        ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+        builder.AddPackage("PKG", "HR", "package PKG is end;", false);
+        builder.SaveToFile(old.c_str());
+    }
+    ExecOnFile(old, "ALTER TABLE DbPackage RENAME COLUMN header_text TO spec_text; "
+                    "UPDATE FileInfo SET value = '1' WHERE name = 'format_version'");
+    CVrnAPI continued;
+    ASSERT_EQ(continued.Initialize(47, old.c_str()), 1) << continued.GetVrnFile()->GetLastError();
+    const std::string saved = m_dir.File("new.vrn");
+    continued.SaveToFile(saved.c_str());
+    CModelFileReader reader(saved);
+    EXPECT_EQ(reader.Scalar("SELECT header_text FROM DbPackage"), "package PKG is end;");
+    EXPECT_EQ(reader.Scalar("SELECT value FROM FileInfo WHERE name = 'format_version'"), "2");
 }
 
 TEST_F(ModelFileTest, RefusesAModelFileWithATableMissing) {

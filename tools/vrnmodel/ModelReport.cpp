@@ -67,7 +67,7 @@ const CSection kSections[] = {
      "LEFT JOIN Entity e ON e.entity_key = t.parent_value ORDER BY t.row_seq"},
     {"procedures", "Procedures", "SELECT owner, name, kind, is_invalid FROM Proc ORDER BY row_seq"},
     {"packages", "Packages",
-     "SELECT owner, name, length(spec_text) AS spec_length, length(body_text) AS body_length FROM DbPackage "
+     "SELECT owner, name, length(header_text) AS header_length, length(body_text) AS body_length FROM DbPackage "
      "ORDER BY row_seq"},
     {"partitions", "Partitions",
      "SELECT p.partition_key AS id, p.owner_kind, COALESCE(e.entity_name, i.index_name, '') AS owner_name, p.name "
