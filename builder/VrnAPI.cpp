@@ -13,11 +13,6 @@ IMPLEMENT_DYNCREATE(CVrnAPI, CCmdTarget)
 
 namespace {
 
-// Texts of the host's string table that name the model's own rows.
-constexpr unsigned kProductNameText = 1008;
-constexpr unsigned kModelNameText = 1349;
-constexpr unsigned kDiagramNameText = 1362;
-
 // The version number written into the version and diagram rows.
 constexpr u32 kModelVersionNo = 210;
 
@@ -34,24 +29,14 @@ void OutputList(CTypedPtrList<CPtrList, Row*>& list) {
 
 }  // namespace
 
-CVrnAPI::CVrnAPI()
-    : m_bFlag(1),
-      m_dbType(0),
-      m_pVrnFile(nullptr),
-      m_pNameSpaceMgr(nullptr),
-      m_pGuidMgr(nullptr),
-      m_pPropertyMgr(nullptr),
-      m_modelId(0) {}
+CVrnAPI::CVrnAPI() : m_bFlag(1), m_dbType(0), m_modelId(0) {}
 
 CVrnAPI::~CVrnAPI() {
-    delete m_pNameSpaceMgr;
-    m_pNameSpaceMgr = nullptr;
-    delete m_pGuidMgr;
-    m_pGuidMgr = nullptr;
-    delete m_pPropertyMgr;
-    m_pPropertyMgr = nullptr;
-    delete m_pVrnFile;
-    m_pVrnFile = nullptr;
+    // The managers and the file go first, then everything that was made.
+    m_pNameSpaceMgr.reset();
+    m_pGuidMgr.reset();
+    m_pPropertyMgr.reset();
+    m_pVrnFile.reset();
     m_pMigrationMap.reset();
 
     DeleteAllFromHead(m_entityList);
@@ -77,16 +62,10 @@ CVrnAPI::~CVrnAPI() {
 }
 
 int CVrnAPI::Initialize(int dbType, const char* path) {
-    if (m_pVrnFile) {
-        m_retiredManagers.push_back(CRetiredManagers{std::unique_ptr<CNameSpaceMgr>(m_pNameSpaceMgr),
-                                                     std::unique_ptr<CGuidMgr>(m_pGuidMgr),
-                                                     std::unique_ptr<CPropertyMgr>(m_pPropertyMgr),
-                                                     std::unique_ptr<CVrnFile>(m_pVrnFile)});
-        m_pNameSpaceMgr = nullptr;
-        m_pGuidMgr = nullptr;
-        m_pPropertyMgr = nullptr;
-    }
-    m_pVrnFile = new CVrnFile;
+    if (m_pVrnFile)
+        m_retiredManagers.push_back(CRetiredManagers{std::move(m_pNameSpaceMgr), std::move(m_pGuidMgr),
+                                                     std::move(m_pPropertyMgr), std::move(m_pVrnFile)});
+    m_pVrnFile = std::make_unique<CVrnFile>();
     if (path && !m_pVrnFile->Open(path)) return 0;
 
     // Sizing for a new model; an opened file brings its own contents.
@@ -95,49 +74,49 @@ int CVrnAPI::Initialize(int dbType, const char* path) {
     const unsigned objectTypeSize = opened ? 0 : 199;
     const int openedFlag = opened ? 1 : 0;
 
-    m_pNameSpaceMgr = new CNameSpaceMgr(m_pVrnFile);
-    m_pGuidMgr = new CGuidMgr(m_pVrnFile, 0);
+    m_pNameSpaceMgr = std::make_unique<CNameSpaceMgr>(m_pVrnFile.get());
+    m_pGuidMgr = std::make_unique<CGuidMgr>(m_pVrnFile.get(), 0);
     m_dbType = dbType;
     m_pNameSpaceMgr->Init(nameSpaceSize, nameSpaceSize, 0, openedFlag, 0);
     m_pGuidMgr->Init(objectTypeSize, 530);
     m_pVrnFile->GetIdentityMgr()->Init();
     // The property manager deliberately gets no object type manager.
-    m_pPropertyMgr = new CPropertyMgr(m_pVrnFile, nullptr);
+    m_pPropertyMgr = std::make_unique<CPropertyMgr>(m_pVrnFile.get(), nullptr);
     m_pPropertyMgr->Init();
     return 1;
 }
 
-unsigned long CVrnAPI::AllocKey(int keyClass) {
+unsigned long CVrnAPI::AllocKey(EKeyClass keyClass) {
     // Before a successful Initialize there is no key allocator: no key is made.
     if (!m_pVrnFile || !m_pNameSpaceMgr) return 0;
-    return m_pVrnFile->GetIdentityMgr()->AllocKeyValue(keyClass);
+    return m_pVrnFile->GetIdentityMgr()->AllocKeyValue(static_cast<int>(keyClass));
 }
 
 void CVrnAPI::WriteModelRows(const char* path) {
-    std::unique_ptr<CNSOutputVersion> version(static_cast<CNSOutputVersion*>(RowObjectClassFactory(110)));
+    std::unique_ptr<CNSOutputVersion> version(MakeRow<CNSOutputVersion>());
     version->m_versionNo = kModelVersionNo;
-    version->m_product.Set(0, LoadText(kProductNameText));
+    version->m_product.Set(0, LoadText(kHostTextProductName));
     version->OutputRow();
 
-    std::unique_ptr<CNSOutputDiagram> diagram(static_cast<CNSOutputDiagram*>(RowObjectClassFactory(29)));
+    std::unique_ptr<CNSOutputDiagram> diagram(MakeRow<CNSOutputDiagram>());
     diagram->m_diagramNo = 1;
     diagram->m_versionNo = kModelVersionNo;
     // Taken separately, creation first: the two may differ by a tick.
     diagram->m_created = CVrnDateTime(COleDateTime::GetCurrentTime());
     diagram->m_modified = CVrnDateTime(COleDateTime::GetCurrentTime());
-    diagram->m_name = LoadText(kDiagramNameText);
+    diagram->m_name = LoadText(kHostTextDiagramName);
     diagram->m_formatVersion = "1.0";
-    diagram->m_product = LoadText(kProductNameText);
+    diagram->m_product = LoadText(kHostTextProductName);
     diagram->m_filePath = path;
     diagram->m_displayLevel = "NameOnly";
     diagram->OutputRow();
 
-    std::unique_ptr<CNSOutputModel> model(static_cast<CNSOutputModel*>(RowObjectClassFactory(65)));
+    std::unique_ptr<CNSOutputModel> model(MakeRow<CNSOutputModel>());
     model->m_diagramNo = 1;
     model->m_modelNo = CurrentModelNo();
     model->m_n4 = 1;
     model->m_n5 = 0;
-    model->m_name = LoadText(kModelNameText);
+    model->m_name = LoadText(kHostTextModelName);
     model->OutputRow();
 }
 
@@ -176,10 +155,10 @@ void CVrnAPI::WriteModel(const char* path) {
     OutputList(m_referencedObjectList);
     OutputList(m_storageObjectList);
 
-    m_pNameSpaceMgr->Save(m_pVrnFile, 1, 1);
-    m_pGuidMgr->Save(m_pVrnFile, nullptr, 0, 0);
-    m_pVrnFile->GetIdentityMgr()->Save(m_pVrnFile);
-    m_pPropertyMgr->Save(m_pVrnFile);
+    m_pNameSpaceMgr->Save(m_pVrnFile.get(), 1, 1);
+    m_pGuidMgr->Save(m_pVrnFile.get(), nullptr, 0, 0);
+    m_pVrnFile->GetIdentityMgr()->Save(m_pVrnFile.get());
+    m_pPropertyMgr->Save(m_pVrnFile.get());
 }
 
 const char* CVrnAPI::GetORVDatatype(const char* datatypeName) const {

@@ -13,6 +13,7 @@
 #include <tuple>
 #include <vector>
 
+#include "builder/HostTexts.h"
 #include "catalog/NameOwnerIndex.h"
 #include "framework/AfxColl.h"
 #include "framework/AfxObject.h"
@@ -52,10 +53,10 @@ public:
     void SetModelId(unsigned long modelId) { m_modelId = static_cast<std::uint32_t>(modelId); }
 
     int GetDbType() const { return m_dbType; }
-    CVrnFile* GetVrnFile() const { return m_pVrnFile; }
-    CNameSpaceMgr* GetNameSpaceMgr() const { return m_pNameSpaceMgr; }
-    CGuidMgr* GetGuidMgr() const { return m_pGuidMgr; }
-    CPropertyMgr* GetPropertyMgr() const { return m_pPropertyMgr; }
+    CVrnFile* GetVrnFile() const { return m_pVrnFile.get(); }
+    CNameSpaceMgr* GetNameSpaceMgr() const { return m_pNameSpaceMgr.get(); }
+    CGuidMgr* GetGuidMgr() const { return m_pGuidMgr.get(); }
+    CPropertyMgr* GetPropertyMgr() const { return m_pPropertyMgr.get(); }
     CTypedPtrList<CPtrList, CNSOutputPackage*>& GetPackageList() { return m_packageList; }
 
     // Entities and attributes. Identifiers are 0 when nothing was found or made.
@@ -201,12 +202,18 @@ protected:
     // and managers. The caller owns the result (delete it, or hand it to an
     // owning list). Null for a row type the factory does not know.
     CNSOutputBase* RowObjectClassFactory(int rowType);
+    // RowObjectClassFactory for the row type of `Row`, typed: a call site
+    // cannot ask for one class and cast to another.
+    template <class Row>
+    Row* MakeRow() {
+        return static_cast<Row*>(RowObjectClassFactory(static_cast<int>(Row::kRowType)));
+    }
 
     // The model number that new rows carry: the one set, or 1 when none was.
     std::uint32_t CurrentModelNo() const { return m_modelId != 0 ? m_modelId : 1; }
     // A new key of `keyClass` from the model file's key allocator; 0 before a
     // successful Initialize.
-    unsigned long AllocKey(int keyClass);
+    unsigned long AllocKey(EKeyClass keyClass);
 
     friend class CVrnApiEntity;
     friend class CVrnApiIndex;
@@ -258,10 +265,11 @@ protected:
     CMapStringToPtr<void> m_spareNameMap;
     CMapIdToPtr<CVrnApiIndex> m_indexMap;
     CMapStringToPtr<CVrnApiIndex> m_indexNameMap;
-    CVrnFile* m_pVrnFile;
-    CNameSpaceMgr* m_pNameSpaceMgr;
-    CGuidMgr* m_pGuidMgr;
-    CPropertyMgr* m_pPropertyMgr;
+    // Owned; made by Initialize.
+    std::unique_ptr<CVrnFile> m_pVrnFile;
+    std::unique_ptr<CNameSpaceMgr> m_pNameSpaceMgr;
+    std::unique_ptr<CGuidMgr> m_pGuidMgr;
+    std::unique_ptr<CPropertyMgr> m_pPropertyMgr;
     // The nine catalog lists, each owning its rows, each in order of adding;
     // SaveToFile writes them in this order.
     CTypedPtrList<CPtrList, CNSOutputCheckConstraints*> m_checkConstraintList;

@@ -23,10 +23,10 @@ void CVrnAPI::AddCheckConstraint(const char* name, const char* text, unsigned lo
         attribute = attributeId ? m_attributeMap.Find(static_cast<std::uint32_t>(attributeId)) : nullptr;
         if (!attribute) return;
     }
-    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(14));
+    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(EKeyClass::CheckConstraint));
     if (key == 0) return;
 
-    auto* row = static_cast<CNSOutputCheckConstraints*>(RowObjectClassFactory(14));
+    auto* row = MakeRow<CNSOutputCheckConstraints>();
     if (name) row->m_name = name;
     row->m_text = text;
     row->m_diagramNo = 1;

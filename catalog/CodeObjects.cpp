@@ -10,9 +10,9 @@ bool NoOwner(const char* owner) { return !owner || !*owner; }
 
 unsigned long CVrnAPI::AddTrigger(const char* name, const char* owner, const char* text, int kind,
                                   unsigned long parentValue) {
-    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(22));
+    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(EKeyClass::Trigger));
     if (key == 0) return 0;  // no key before a successful Initialize: nothing is added
-    auto* row = static_cast<CNSOutputTrigger*>(RowObjectClassFactory(23));
+    auto* row = MakeRow<CNSOutputTrigger>();
     row->m_triggerKey = key;
     row->m_name = name;
     row->m_owner = owner;
@@ -38,9 +38,9 @@ void CVrnAPI::SetTriggerInvalid(unsigned long triggerId) {
 }
 
 unsigned long CVrnAPI::AddProcedure(const char* name, const char* owner, const char* text, int kind) {
-    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(67));
+    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(EKeyClass::Procedure));
     if (key == 0) return 0;
-    auto* row = static_cast<CNSOutputProc*>(RowObjectClassFactory(76));
+    auto* row = MakeRow<CNSOutputProc>();
     row->m_procKey = key;
     row->m_name = name;
     row->m_owner = owner;
@@ -80,9 +80,9 @@ unsigned long CVrnAPI::AddPackage(const char* name, const char* owner, const cha
         (isBody ? existing->m_bodyText : existing->m_headerText) = text;
         return existing->m_packageKey;
     }
-    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(23));
+    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(EKeyClass::Package));
     if (key == 0) return 0;
-    auto* row = static_cast<CNSOutputPackage*>(RowObjectClassFactory(24));
+    auto* row = MakeRow<CNSOutputPackage>();
     row->m_packageKey = key;
     row->m_name = name;
     row->m_owner = owner;
@@ -97,9 +97,9 @@ unsigned long CVrnAPI::AddReferencedObject(unsigned long value1, unsigned long v
                                            unsigned long value4, int metaTableNo) {
     const unsigned long metaKey = m_pPropertyMgr ? m_pPropertyMgr->m_pMetaTableTbl->GetTechKey(metaTableNo) : 0;
     if (metaKey == 0) return 0;
-    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(73));
+    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(EKeyClass::ReferencedObject));
     if (key == 0) return 0;
-    auto* row = static_cast<CNSOutputReferencedObject*>(RowObjectClassFactory(82));
+    auto* row = MakeRow<CNSOutputReferencedObject>();
     row->m_objectKey = key;
     row->m_value1 = static_cast<std::uint32_t>(value1);
     row->m_value2 = static_cast<std::uint32_t>(value2);

@@ -32,7 +32,7 @@ unsigned long AppendNamedText(Row* row, std::uint32_t Base::*id, const char* nam
 }  // namespace
 
 unsigned long CVrnAPI::AddDefault(const char* name, const char* text, const char* /*reserved*/) {
-    return AppendNamedText(static_cast<CNSOutputDefaults*>(RowObjectClassFactory(26)), &CDefaultsBase::m_defaultId,
+    return AppendNamedText(MakeRow<CNSOutputDefaults>(), &CDefaultsBase::m_defaultId,
                            name, text, m_defaultList, m_defaultIndex);
 }
 
@@ -42,7 +42,7 @@ unsigned long CVrnAPI::FindDefault(const char* name) {
 }
 
 unsigned long CVrnAPI::AddRule(const char* name, const char* text, const char* /*reserved*/) {
-    return AppendNamedText(static_cast<CNSOutputRules*>(RowObjectClassFactory(86)), &CRulesBase::m_ruleId, name, text,
+    return AppendNamedText(MakeRow<CNSOutputRules>(), &CRulesBase::m_ruleId, name, text,
                            m_ruleList, m_ruleIndex);
 }
 
@@ -57,7 +57,7 @@ unsigned long CVrnAPI::AddUserType(const char* name, const char* datatype) {
     const char* mapped = GetORVDatatype(parsed.baseType);
     if (!mapped) return 0;  // a base type the model has no code for: nothing is added
 
-    auto* row = static_cast<CNSOutputUserDatatype*>(RowObjectClassFactory(104));
+    auto* row = MakeRow<CNSOutputUserDatatype>();
     row->m_name = typeName;
     row->m_datatype = mapped;
     row->m_length = parsed.length;

@@ -121,9 +121,9 @@ int CVrnAPI::SetPartitionStringProperty(unsigned long partitionId, int code, con
 }
 
 unsigned long CVrnAPI::AddStorageObject(const char* name, const char* owner, const char* text, int kind) {
-    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(77));
+    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(EKeyClass::StorageObject));
     if (key == 0) return 0;  // no key before a successful Initialize: nothing is added
-    auto* row = static_cast<CNSOutputStorageObj*>(RowObjectClassFactory(89));
+    auto* row = MakeRow<CNSOutputStorageObj>();
     row->m_objectKey = key;
     row->m_fixedNo = 1;
     row->m_kind = kind;

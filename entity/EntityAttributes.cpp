@@ -58,7 +58,7 @@ void CVrnApiEntity::Append(CVrnApiAttribute* attribute) {
 CVrnApiAttribute* CVrnApiEntity::AddAttribute(unsigned long /*unused*/, const char* name, const char* datatype,
                                               long width, long scale, int nullOption, unsigned long sequence) {
     if (!m_pOwner) return nullptr;  // an entity without a builder cannot make rows
-    auto* attribute = static_cast<CVrnApiAttribute*>(m_pOwner->RowObjectClassFactory(12));
+    auto* attribute = m_pOwner->MakeRow<CVrnApiAttribute>();
 
     // The type name as the catalog spells it, owner qualifier dropped (dbo.money is money).
     CString typeName(datatype);

@@ -47,9 +47,9 @@ constexpr CAttributeTextProperty kAttributeTextProperties[] = {
 
 unsigned long CVrnAPI::AddEntity(const char* name, const char* owner, unsigned long /*reserved*/, int isView) {
     // Without a key (no successful Initialize, or the key space used up) nothing is added.
-    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(35));
+    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(EKeyClass::Entity));
     if (key == 0) return 0;
-    auto* entity = static_cast<CVrnApiEntity*>(RowObjectClassFactory(40));
+    auto* entity = MakeRow<CVrnApiEntity>();
     entity->m_entityName = name;
     entity->m_tableName = entity->m_entityName;  // one shared text
     entity->m_isView = isView;
@@ -107,7 +107,7 @@ unsigned long CVrnAPI::AddAttribute(unsigned long entityId, const char* name, co
                                     long scale, int nullOption, unsigned long sequence) {
     CVrnApiEntity* entity = GetEntityPtr(entityId);
     if (!entity) return 0;
-    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(12));
+    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(EKeyClass::Attribute));
     if (key == 0) return 0;  // no identifier to give: nothing is added
     CVrnApiAttribute* attribute = entity->AddAttribute(entityId, name, datatype, width, scale, nullOption, sequence);
     if (!attribute) return 0;

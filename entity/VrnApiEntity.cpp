@@ -10,7 +10,7 @@ CVrnApiEntity::CVrnApiEntity() = default;
 
 CVrnApiEntity::CVrnApiEntity(CVrnAPI* owner) : m_pOwner(owner) {
     if (!owner) return;  // no builder, no factory: the entity stays without a storage row
-    m_pTableStorage = static_cast<CNSOutputTableStorage*>(owner->RowObjectClassFactory(100));
+    m_pTableStorage = owner->MakeRow<CNSOutputTableStorage>();
     for (i32& slot : m_pTableStorage->m_params) slot = -1;
 }
 
@@ -62,7 +62,7 @@ int CVrnApiEntity::Save() {
 // list order (not key column order), each with the attribute's own numbers.
 void CVrnApiEntity::WritePrimaryKeyRows() {
     if (!m_pOwner) return;
-    std::unique_ptr<CNSOutputPrimaryKey> row(static_cast<CNSOutputPrimaryKey*>(m_pOwner->RowObjectClassFactory(75)));
+    std::unique_ptr<CNSOutputPrimaryKey> row(m_pOwner->MakeRow<CNSOutputPrimaryKey>());
     row->m_diagramNo = m_diagramNo;
     row->m_modelNo = m_modelNo;
     row->m_entityKey = m_entityKey;

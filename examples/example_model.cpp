@@ -40,9 +40,9 @@ int main(int argc, char** argv) {
     const char* path = argc > 1 ? argv[1] : "example.vrn";
 
     // The host's string table: the texts that name the model's own rows.
-    AfxSetResourceString(1008, "VrnIntf example host");
-    AfxSetResourceString(1349, "Example model");
-    AfxSetResourceString(1362, "Example diagram");
+    AfxSetResourceString(kHostTextProductName, "VrnIntf example host");
+    AfxSetResourceString(kHostTextModelName, "Example model");
+    AfxSetResourceString(kHostTextDiagramName, "Example diagram");
 
     const CRuntimeClass* builderClass = CRuntimeClass::FromName("CVrnAPI");
     CVrnAPI* builder = builderClass ? static_cast<CVrnAPI*>(builderClass->CreateObject()) : nullptr;

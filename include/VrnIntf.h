@@ -1,12 +1,13 @@
 // VrnIntf: the one header a client includes to build a model.
 //
-//   AfxSetResourceString(1008, "My Modeler");   // optional host texts
+//   AfxSetResourceString(kHostTextProductName, "My Modeler");  // optional host texts
 //   CVrnAPI builder;
 //   builder.Initialize(34, nullptr);            // a new model for Oracle 8.x
 //   ...                                         // describe the model
 //   builder.SaveToFile("model.vrn");
 #pragma once
 
+#include "builder/HostTexts.h"
 #include "builder/VrnAPI.h"
 #include "entity/VrnApiAttribute.h"
 #include "entity/VrnApiEntity.h"

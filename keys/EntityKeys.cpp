@@ -15,9 +15,9 @@ bool IsDb2Udb(int platform) { return platform == 32 || platform == 38 || platfor
 
 const char* CVrnApiEntity::AddPrimaryKey(const char* name) {
     if (m_pPrimaryKey || !m_pOwner) return nullptr;  // one primary key per entity
-    auto* key = static_cast<CVrnApiIndex*>(m_pOwner->RowObjectClassFactory(54));
+    auto* key = m_pOwner->MakeRow<CVrnApiIndex>();
     m_pPrimaryKey = key;
-    key->m_indexKey = static_cast<std::uint32_t>(m_pOwner->AllocKey(47));
+    key->m_indexKey = static_cast<std::uint32_t>(m_pOwner->AllocKey(EKeyClass::Index));
     key->m_diagramNo = m_diagramNo;
     key->m_modelNo = m_modelNo;
     key->m_entityKey = m_entityKey;
@@ -32,7 +32,7 @@ CVrnApiIndex* CVrnApiEntity::AddIndex(const char* name) {
     if (!m_pOwner) return nullptr;  // an entity without a builder cannot make rows
     CString indexName(name);
     if (!name) indexName = CString(GetName()) + "IX" + CString::FromInt(m_nextIndexNo);
-    auto* index = static_cast<CVrnApiIndex*>(m_pOwner->RowObjectClassFactory(54));
+    auto* index = m_pOwner->MakeRow<CVrnApiIndex>();
     index->m_diagramNo = m_diagramNo;
     index->m_modelNo = m_modelNo;
     index->m_entityKey = m_entityKey;

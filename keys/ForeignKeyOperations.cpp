@@ -46,10 +46,10 @@ unsigned long CVrnAPI::AddForeignKey(unsigned long parentEntityId, unsigned long
     const CVrnApiEntity* parent = GetEntityPtr(parentEntityId);
     const CVrnApiEntity* child = GetEntityPtr(childEntityId);
     if (!child) return 0;
-    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(40));
+    const std::uint32_t key = static_cast<std::uint32_t>(AllocKey(EKeyClass::ForeignKey));
     if (key == 0) return 0;  // no identifier to give: nothing is added
 
-    auto* foreignKey = static_cast<CVrnApiForeignKey*>(RowObjectClassFactory(46));
+    auto* foreignKey = MakeRow<CVrnApiForeignKey>();
     foreignKey->m_fkKey = key;
     foreignKey->m_fkKeyCopy = key;
     if (parent) foreignKey->m_parentEntityKey = parent->m_entityKey;

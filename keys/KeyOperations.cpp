@@ -37,7 +37,7 @@ unsigned long CVrnAPI::AddIndex(unsigned long entityId, const char* name) {
     if (!entity) return 0;
     CVrnApiIndex* index = entity->AddIndex(name);
     if (!index) return 0;
-    index->m_indexKey = static_cast<std::uint32_t>(AllocKey(47));
+    index->m_indexKey = static_cast<std::uint32_t>(AllocKey(EKeyClass::Index));
     m_indexMap.SetAt(index->m_indexKey, index);
     m_indexNameMap.SetAt(index->GetIndexName(), index);
     return index->m_indexKey;

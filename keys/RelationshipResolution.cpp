@@ -17,12 +17,6 @@
 
 namespace {
 
-// Host texts of the messages, by number.
-constexpr unsigned kParentNotFoundMessage = 44;   // %1: parent entity name
-constexpr unsigned kNoForeignKeyNameMessage = 45;
-constexpr unsigned kForeignKeyNameMessage = 46;   // %1: foreign key name
-constexpr unsigned kColumnPairFailedMessage = 3742;  // %1: foreign key, %2: parent, %3: child entity
-
 // Marks of the entities an origin trace has passed through.
 constexpr int kMarkIdentifying = 0;
 constexpr int kMarkNonIdentifying = 1;
@@ -84,12 +78,12 @@ bool CVrnAPI::ResolveForeignKeyConstraints(CStringList& messages) {
         CVrnApiEntity* parent = GetEntityPtr(FindEntity(parentName, nullptr, 0));
         if (!parent) {
             CString message;
-            AfxFormatString1(message, kParentNotFoundMessage, parentName);
+            AfxFormatString1(message, kHostTextParentNotFound, parentName);
             messages.AddTail(message);
             if (name == "UNKNOWN" || name.IsEmpty())
-                AfxFormatString1(message, kNoForeignKeyNameMessage, nullptr);
+                AfxFormatString1(message, kHostTextUnnamedKeyNotAdded, nullptr);
             else
-                AfxFormatString1(message, kForeignKeyNameMessage, name);
+                AfxFormatString1(message, kHostTextForeignKeyNotAdded, name);
             messages.AddTail(message);
             continue;
         }
@@ -105,7 +99,7 @@ bool CVrnAPI::ResolveForeignKeyConstraints(CStringList& messages) {
                                                       childColumn, 0);
             if (!added) {
                 CString message;
-                AfxFormatString3(message, kColumnPairFailedMessage, name, parentName, childName);
+                AfxFormatString3(message, kHostTextColumnPairNotAdded, name, parentName, childName);
                 messages.AddTail(message);
             }
         }
@@ -252,7 +246,7 @@ void CVrnAPI::CopySharedAttributes(int writeRows) {
             CVrnApiAttribute* shared = child->GetAttribute(column->m_childAttributeNo);
             if (!shared || shared->GetRelationId() == foreignKey->m_fkKeyCopy) continue;
 
-            auto* copy = static_cast<CVrnApiAttribute*>(RowObjectClassFactory(12));
+            auto* copy = MakeRow<CVrnApiAttribute>();
             copy->Init(shared);
             copy->m_attributeNo = 0;
             copy->m_attributeId = 0;

@@ -16,8 +16,8 @@ CVrnApiForeignKey::~CVrnApiForeignKey() {
 int CVrnApiForeignKey::AddForeignKeyColumnPair(std::uint32_t parentAttributeNo, std::uint32_t childAttributeNo,
                                                std::uint32_t sequence) {
     if (!m_pOwner) return 0;  // a foreign key without a builder cannot make rows
-    auto* column = static_cast<CNSOutputForeignKeyColumn*>(m_pOwner->RowObjectClassFactory(47));
-    column->m_columnKey = static_cast<std::uint32_t>(m_pOwner->AllocKey(41));
+    auto* column = m_pOwner->MakeRow<CNSOutputForeignKeyColumn>();
+    column->m_columnKey = static_cast<std::uint32_t>(m_pOwner->AllocKey(EKeyClass::ForeignKeyColumnPair));
     column->m_diagramNo = m_diagramNo;
     column->m_modelNo = m_modelNo;
     column->m_fkKeyCopy = m_fkKeyCopy;

@@ -8,7 +8,7 @@ const char* const CVrnApiIndex::KEYTYPE_INV = "I";
 
 CVrnApiIndex::CVrnApiIndex(CVrnAPI* owner) : m_pOwner(owner) {
     if (!owner) return;  // no builder, no factory: the index stays without a storage row
-    m_pStorage = static_cast<CNSOutputIndexStorage*>(owner->RowObjectClassFactory(55));
+    m_pStorage = owner->MakeRow<CNSOutputIndexStorage>();
     for (i32& slot : m_pStorage->m_params) slot = -1;
 }
 
@@ -19,7 +19,7 @@ CVrnApiIndex::~CVrnApiIndex() {
 
 void CVrnApiIndex::AddColumn(std::uint32_t attributeNo, std::uint32_t sequence, int descending) {
     if (!m_pOwner) return;  // an index without a builder cannot make rows
-    auto* column = static_cast<CNSOutputIndexColumn*>(m_pOwner->RowObjectClassFactory(53));
+    auto* column = m_pOwner->MakeRow<CNSOutputIndexColumn>();
     column->m_diagramNo = m_diagramNo;
     column->m_modelNo = m_modelNo;
     column->m_entityKey = m_entityKey;

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "framework/AfxObject.h"
+#include "store/Codes.h"
 #include "store/RowBases.h"
 
 class CVrnFile;
@@ -35,6 +36,7 @@ protected:
 class CNSOutputVersion : public CNSOutputBase, public CVersionBase {
 public:
     static constexpr const char* kTableName = "Version";
+    static constexpr ERowType kRowType = ERowType::Version;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const { CVersionBase::ListFields(v); }
 };
@@ -42,6 +44,7 @@ public:
 class CNSOutputDiagram : public CNSOutputBase, public CDiagramBase {
 public:
     static constexpr const char* kTableName = "Diagram";
+    static constexpr ERowType kRowType = ERowType::Diagram;
     CString m_name, m_t2, m_t3, m_formatVersion, m_product, m_filePath, m_t7, m_displayLevel;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const;
@@ -50,6 +53,7 @@ public:
 class CNSOutputModel : public CNSOutputBase, public CModelBase {
 public:
     static constexpr const char* kTableName = "Model";
+    static constexpr ERowType kRowType = ERowType::Model;
     CString m_name;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const {
@@ -61,6 +65,7 @@ public:
 class CNSOutputEntity : public CNSOutputBase, public CEntityBase {
 public:
     static constexpr const char* kTableName = "Entity";
+    static constexpr ERowType kRowType = ERowType::Entity;
     CString m_t1, m_owner, m_entityName, m_tableName, m_definition, m_t6, m_t7;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const;
@@ -69,6 +74,7 @@ public:
 class CNSOutputTableStorage : public CNSOutputBase, public CTableStorageBase {
 public:
     static constexpr const char* kTableName = "TableStorage";
+    static constexpr ERowType kRowType = ERowType::TableStorage;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const { CTableStorageBase::ListFields(v); }
 };
@@ -76,6 +82,7 @@ public:
 class CNSOutputAttribute : public CNSOutputBase, public CAttributeBase {
 public:
     static constexpr const char* kTableName = "Attribute";
+    static constexpr ERowType kRowType = ERowType::Attribute;
     CString m_attributeName, m_columnName, m_roleName, m_datatype, m_userDatatype, m_checkConstraint,
         m_defaultText, m_text10, m_definition, m_roleNameCopy;
     // The argument selects an output variant of the store; the builder always passes 0.
@@ -86,6 +93,7 @@ public:
 class CNSOutputPrimaryKey : public CNSOutputBase, public CPrimaryKeyBase {
 public:
     static constexpr const char* kTableName = "PrimaryKey";
+    static constexpr ERowType kRowType = ERowType::PrimaryKey;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const { CPrimaryKeyBase::ListFields(v); }
 };
@@ -93,6 +101,7 @@ public:
 class CNSOutputIndexes : public CNSOutputBase, public CIndexesBase {
 public:
     static constexpr const char* kTableName = "Indexes";
+    static constexpr ERowType kRowType = ERowType::Index;
     CString m_indexName, m_isUnique, m_clusterFlag, m_t4, m_t5, m_t6, m_t7, m_t8;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const;
@@ -101,6 +110,7 @@ public:
 class CNSOutputIndexColumn : public CNSOutputBase, public CIndexColumnBase {
 public:
     static constexpr const char* kTableName = "IndexColumn";
+    static constexpr ERowType kRowType = ERowType::IndexColumn;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const { CIndexColumnBase::ListFields(v); }
 };
@@ -108,6 +118,7 @@ public:
 class CNSOutputIndexStorage : public CNSOutputBase, public CIndexStorageBase {
 public:
     static constexpr const char* kTableName = "IndexStorage";
+    static constexpr ERowType kRowType = ERowType::IndexStorage;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const { CIndexStorageBase::ListFields(v); }
 };
@@ -115,6 +126,7 @@ public:
 class CNSOutputForeignKey : public CNSOutputBase, public CForeignKeyBase {
 public:
     static constexpr const char* kTableName = "ForeignKey";
+    static constexpr ERowType kRowType = ERowType::ForeignKey;
     static constexpr int kTextCount = 17;
     // Text 1 is the relationship type, text 2 the name; the rest are flags and
     // referential actions (columns t3 … t17).
@@ -126,6 +138,7 @@ public:
 class CNSOutputForeignKeyColumn : public CNSOutputBase, public CForeignKeyColumnBase {
 public:
     static constexpr const char* kTableName = "ForeignKeyColumn";
+    static constexpr ERowType kRowType = ERowType::ForeignKeyColumn;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const { CForeignKeyColumnBase::ListFields(v); }
 };
@@ -133,6 +146,7 @@ public:
 class CNSOutputCheckConstraints : public CNSOutputBase, public CCheckConstraintsBase {
 public:
     static constexpr const char* kTableName = "CheckConstraints";
+    static constexpr ERowType kRowType = ERowType::CheckConstraint;
     CString m_name, m_text;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const {
@@ -145,6 +159,7 @@ public:
 class CNSOutputDefaults : public CNSOutputBase, public CDefaultsBase {
 public:
     static constexpr const char* kTableName = "Defaults";
+    static constexpr ERowType kRowType = ERowType::Default;
     CString m_name, m_text;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const {
@@ -157,6 +172,7 @@ public:
 class CNSOutputRules : public CNSOutputBase, public CRulesBase {
 public:
     static constexpr const char* kTableName = "Rules";
+    static constexpr ERowType kRowType = ERowType::Rule;
     CString m_name, m_text;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const {
@@ -169,6 +185,7 @@ public:
 class CNSOutputUserDatatype : public CNSOutputBase, public CUserDatatypeBase {
 public:
     static constexpr const char* kTableName = "UserDatatype";
+    static constexpr ERowType kRowType = ERowType::UserDatatype;
     CString m_name, m_datatype, m_t3, m_t4;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const;
@@ -177,6 +194,7 @@ public:
 class CNSOutputTrigger : public CNSOutputBase, public CDbTriggerBase {
 public:
     static constexpr const char* kTableName = "DbTrigger";
+    static constexpr ERowType kRowType = ERowType::Trigger;
     CString m_owner, m_name, m_t3, m_sqlText;
     i32 m_trailing = 1;
     void OutputRow();
@@ -186,6 +204,7 @@ public:
 class CNSOutputProc : public CNSOutputBase, public CProcBase {
 public:
     static constexpr const char* kTableName = "Proc";
+    static constexpr ERowType kRowType = ERowType::Procedure;
     CString m_owner, m_name, m_t3, m_sqlText;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const;
@@ -194,6 +213,7 @@ public:
 class CNSOutputPackage : public CNSOutputBase, public CDbPackageBase {
 public:
     static constexpr const char* kTableName = "DbPackage";
+    static constexpr ERowType kRowType = ERowType::Package;
     CString m_owner, m_name, m_t3, m_headerText, m_bodyText;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const;
@@ -202,6 +222,7 @@ public:
 class CNSOutputReferencedObject : public CNSOutputBase, public CReferenced_ObjectBase {
 public:
     static constexpr const char* kTableName = "Referenced_Object";
+    static constexpr ERowType kRowType = ERowType::ReferencedObject;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const { CReferenced_ObjectBase::ListFields(v); }
 };
@@ -209,6 +230,7 @@ public:
 class CNSOutputStorageObj : public CNSOutputBase, public CStorage_ObjectBase {
 public:
     static constexpr const char* kTableName = "Storage_Object";
+    static constexpr ERowType kRowType = ERowType::StorageObject;
     CString m_owner, m_name, m_t3, m_sqlText;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const;

@@ -1,9 +1,11 @@
 // The row tables of the model file, as data: one entry per output class, with
-// the row type the builder's factory knows it by and the table it writes.
+// the row type the builder's factory knows it by, the table it writes, and how
+// to make one. This is the only place that pairs row types with classes.
 #pragma once
 
 #include <cstddef>
 
+class CNSOutputBase;
 class CRowFieldVisitor;
 
 struct CRowTableInfo {
@@ -11,6 +13,8 @@ struct CRowTableInfo {
     const char* tableName;
     // Lists the table's columns by walking a default-constructed row.
     void (*describe)(CRowFieldVisitor& columns);
+    // A new row of the output class, with no model file yet.
+    CNSOutputBase* (*make)();
 };
 
 extern const CRowTableInfo kRowTables[];

@@ -38,14 +38,14 @@ public:
 class CHostTexts {
 public:
     CHostTexts(const char* product, const char* model, const char* diagram) {
-        AfxSetResourceString(1008, product);
-        AfxSetResourceString(1349, model);
-        AfxSetResourceString(1362, diagram);
+        AfxSetResourceString(kHostTextProductName, product);
+        AfxSetResourceString(kHostTextModelName, model);
+        AfxSetResourceString(kHostTextDiagramName, diagram);
     }
     ~CHostTexts() {
-        AfxSetResourceString(1008, nullptr);
-        AfxSetResourceString(1349, nullptr);
-        AfxSetResourceString(1362, nullptr);
+        AfxSetResourceString(kHostTextProductName, nullptr);
+        AfxSetResourceString(kHostTextModelName, nullptr);
+        AfxSetResourceString(kHostTextDiagramName, nullptr);
     }
 };
 

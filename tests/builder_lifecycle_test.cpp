@@ -152,14 +152,14 @@ TEST_F(BuilderLifecycleTest, InitializeOnAnUnreadableFileKeepsOnlyTheFile) {
     EXPECT_EQ(builder.GetGuidMgr(), nullptr);
     EXPECT_EQ(builder.GetPropertyMgr(), nullptr);
     // Without managers nothing can be allocated or saved.
-    EXPECT_EQ(builder.AllocKey(35), 0u);
+    EXPECT_EQ(builder.AllocKey(EKeyClass::Entity), 0u);
     EXPECT_EQ(builder.SaveToFile(m_dir.File("out.vrn").c_str()), 0);
     EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"notes.txt"});
 }
 
 TEST_F(BuilderLifecycleTest, MisuseBeforeInitializeChangesNothing) {
     CTestBuilder builder;
-    EXPECT_EQ(builder.AllocKey(35), 0u);
+    EXPECT_EQ(builder.AllocKey(EKeyClass::Entity), 0u);
     EXPECT_EQ(builder.SaveToFile(m_dir.File("model.vrn").c_str()), 0);
     EXPECT_TRUE(m_dir.Entries().empty());
     EXPECT_EQ(builder.GetVrnFile(), nullptr);

@@ -108,7 +108,7 @@ void ExpectNothingHappens(CTestBuilder& builder) {
     EXPECT_EQ(builder.FindRule("r"), 0u);
     EXPECT_EQ(builder.FindUserType("u"), 0u);
     EXPECT_EQ(builder.FindUserType(1ul), nullptr);
-    EXPECT_EQ(builder.AllocKey(35), 0u);
+    EXPECT_EQ(builder.AllocKey(EKeyClass::Entity), 0u);
     EXPECT_TRUE(builder.GetPackageList().IsEmpty());
 }
 

@@ -31,25 +31,25 @@ protected:
 TEST_F(ManagersTest, KeysAreUniqueWithinAKeyClass) {
     std::set<unsigned long> entityKeys;
     for (int i = 0; i < 1000; ++i) {
-        const unsigned long key = m_builder.AllocKey(35);
+        const unsigned long key = m_builder.AllocKey(EKeyClass::Entity);
         EXPECT_NE(key, 0u);
         EXPECT_TRUE(entityKeys.insert(key).second) << "key " << key << " handed out twice";
     }
     // Another key class is its own key space.
-    EXPECT_EQ(m_builder.AllocKey(12), 1u);
-    EXPECT_EQ(m_builder.AllocKey(35), 1001u);
+    EXPECT_EQ(m_builder.AllocKey(EKeyClass::Attribute), 1u);
+    EXPECT_EQ(m_builder.AllocKey(EKeyClass::Entity), 1001u);
 }
 
 TEST_F(ManagersTest, ReopenedModelsContinueTheirKeys) {
-    for (int i = 0; i < 5; ++i) m_builder.AllocKey(35);
-    m_builder.AllocKey(47);
+    for (int i = 0; i < 5; ++i) m_builder.AllocKey(EKeyClass::Entity);
+    m_builder.AllocKey(EKeyClass::Index);
     const std::string path = Save(m_builder, "keys.vrn");
 
     CTestBuilder reopened;
     ASSERT_EQ(reopened.Initialize(34, path.c_str()), 1);
-    EXPECT_EQ(reopened.AllocKey(35), 6u);
-    EXPECT_EQ(reopened.AllocKey(47), 2u);
-    EXPECT_EQ(reopened.AllocKey(12), 1u);
+    EXPECT_EQ(reopened.AllocKey(EKeyClass::Entity), 6u);
+    EXPECT_EQ(reopened.AllocKey(EKeyClass::Index), 2u);
+    EXPECT_EQ(reopened.AllocKey(EKeyClass::Attribute), 1u);
 
     CModelFileReader reader(Save(reopened, "again.vrn"));
     EXPECT_EQ(reader.Scalar("SELECT last_key FROM KeyAllocator WHERE key_class = 35"), "6");
@@ -60,9 +60,9 @@ TEST_F(ManagersTest, AnExhaustedKeySpaceGivesNoKeyRatherThanARepeat) {
     ExecOnFile(path, "INSERT INTO KeyAllocator VALUES (40, 4294967294)");
     CTestBuilder reopened;
     ASSERT_EQ(reopened.Initialize(34, path.c_str()), 1);
-    EXPECT_EQ(reopened.AllocKey(40), 4294967295u);
-    EXPECT_EQ(reopened.AllocKey(40), 0u);
-    EXPECT_EQ(reopened.AllocKey(40), 0u);
+    EXPECT_EQ(reopened.AllocKey(EKeyClass::ForeignKey), 4294967295u);
+    EXPECT_EQ(reopened.AllocKey(EKeyClass::ForeignKey), 0u);
+    EXPECT_EQ(reopened.AllocKey(EKeyClass::ForeignKey), 0u);
 }
 
 TEST_F(ManagersTest, NameSpaceEntersEachTextOnce) {

@@ -99,13 +99,13 @@ int GuessPlatform(const std::string& text) {
 }
 
 void RegisterHostTexts() {
-    AfxSetResourceString(1008, "vrnmodel");
-    AfxSetResourceString(1349, "Physical model");
-    AfxSetResourceString(1362, "Main diagram");
-    AfxSetResourceString(44, "Parent table %1 was not found.");
-    AfxSetResourceString(45, "A foreign key without a name was not added.");
-    AfxSetResourceString(46, "Foreign key %1 was not added.");
-    AfxSetResourceString(3742, "Foreign key %1: a column pair from %2 to %3 could not be added.");
+    AfxSetResourceString(kHostTextProductName, "vrnmodel");
+    AfxSetResourceString(kHostTextModelName, "Physical model");
+    AfxSetResourceString(kHostTextDiagramName, "Main diagram");
+    AfxSetResourceString(kHostTextParentNotFound, "Parent table %1 was not found.");
+    AfxSetResourceString(kHostTextUnnamedKeyNotAdded, "A foreign key without a name was not added.");
+    AfxSetResourceString(kHostTextForeignKeyNotAdded, "Foreign key %1 was not added.");
+    AfxSetResourceString(kHostTextColumnPairNotAdded, "Foreign key %1: a column pair from %2 to %3 could not be added.");
 }
 
 struct CImportOptions {
