@@ -1,19 +1,18 @@
 #include "store/VrnFile.h"
 
-#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstdio>
 #include <cstring>
-#include <algorithm>
 #include <memory>
 #include <vector>
 
+#include "store/AtomicFile.h"
 #include "store/DbObjectBase.h"
+#include "store/FileSystem.h"
 #include "store/IdentityMgr.h"
 #include "store/NameSpaceMgr.h"
 #include "store/RowTables.h"
@@ -118,43 +117,6 @@ std::vector<std::string> TableNames(CStoreDb& db) {
 }
 
 std::string Quoted(const std::string& path) { return "'" + path + "'"; }
-
-// Flushes a file or directory to disk; best effort.
-void SyncPath(const std::string& path, int openFlags) {
-    const int fd = ::open(path.c_str(), openFlags);
-    if (fd < 0) return;
-    ::fsync(fd);
-    ::close(fd);
-}
-
-mode_t FileModeFor(const std::string& target) {
-    struct stat existing {};
-    if (::stat(target.c_str(), &existing) == 0 && S_ISREG(existing.st_mode)) return existing.st_mode & 07777;
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
-}
-
-std::string DirectoryOf(const std::string& path) {
-    const std::size_t slash = path.find_last_of('/');
-    if (slash == std::string::npos) return ".";
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-// The start of a temporary file's name in the target's directory: the
-// target's own name, cut to at most 64 bytes on a character boundary, so that
-// what the suffix adds never goes past the file system's limit on a name
-// (255 bytes) however long the target's name is.
-std::string TemporaryStem(const std::string& target) {
-    const std::size_t slash = target.find_last_of('/');
-    std::string name = slash == std::string::npos ? target : target.substr(slash + 1);
-    if (name.size() > 64) {
-        std::size_t cut = 64;
-        while (cut > 0 && (static_cast<unsigned char>(name[cut]) & 0xC0) == 0x80) --cut;  // not inside a UTF-8 letter
-        name.resize(cut);
-    }
-    return (slash == std::string::npos ? std::string() : target.substr(0, slash + 1)) + name;
-}
 
 }  // namespace
 
@@ -345,59 +307,10 @@ int CVrnFile::Save(const char* path, int /*flags*/) {
                                                                    &sqlite3_free);
     if (!image) return Fail("cannot save " + Quoted(target) + ": the model could not be serialised (out of memory)");
 
-    // Written to a file without a name in the target's directory, which
-    // vanishes by itself if the process dies before it is named; it is named
-    // only once complete and synced, and then renamed over the target.
-    std::string temp;
-    const std::string directory = DirectoryOf(target);
-    int fd = ::open(directory.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
-    const bool unnamed = fd >= 0;
-    if (!unnamed) {
-        // File systems without unnamed files: a named temporary file instead.
-        temp = TemporaryStem(target) + ".XXXXXX";
-        fd = ::mkstemp(&temp[0]);
-    }
-    if (fd < 0) return Fail("cannot save " + Quoted(target) + ": " + std::strerror(errno));
-    auto abandon = [&](const std::string& reason) {
-        ::close(fd);
-        if (!temp.empty()) ::unlink(temp.c_str());
-        return Fail("cannot save " + Quoted(target) + ": " + reason);
-    };
-    // A new file is private; the model gets the permissions of the file it
-    // replaces, or those of any new file.
-    ::fchmod(fd, FileModeFor(target));
-    const char* bytes = reinterpret_cast<const char*>(image.get());
-    for (sqlite3_int64 written = 0; written < size;) {
-        const ssize_t n = ::write(fd, bytes + written, static_cast<std::size_t>(std::min<sqlite3_int64>(size - written, 1 << 20)));
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return abandon(n < 0 ? std::strerror(errno) : "nothing could be written");
-        written += n;
-    }
-    if (::fsync(fd) != 0) return abandon(std::strerror(errno));
-    if (unnamed) {
-        // Named only for the instant before the rename. A save killed in that
-        // instant leaves this complete copy of the model behind; nothing
-        // deletes it, since no other process can prove it abandoned.
-        const std::string self = "/proc/self/fd/" + std::to_string(fd);
-        const std::string stem = TemporaryStem(target);
-        for (int attempt = 0; temp.empty(); ++attempt) {
-            char suffix[32];
-            std::snprintf(suffix, sizeof suffix, ".%d.%d.tmp", static_cast<int>(::getpid()), attempt);
-            const std::string name = stem + suffix;
-            if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0)
-                temp = name;
-            else if (errno != EEXIST || attempt > 100)
-                return abandon(std::strerror(errno));
-        }
-    }
-    ::close(fd);
-    fd = -1;
-    if (::rename(temp.c_str(), target.c_str()) != 0) {
-        const std::string reason = std::strerror(errno);
-        ::unlink(temp.c_str());
-        return Fail("cannot save " + Quoted(target) + ": " + reason);
-    }
-    SyncPath(DirectoryOf(target), O_RDONLY | O_DIRECTORY);
+    // On disk the image replaces the target whole, or the target stays as it was.
+    std::string reason;
+    if (!WriteFileAtomically(CFileSystem::Default(), target, image.get(), static_cast<std::size_t>(size), &reason))
+        return Fail(reason);
     m_lastError.clear();
     return 1;
 }
