@@ -257,15 +257,15 @@ class ResolveConstraintsTest : public ResolutionTest {
 protected:
     void SetUp() override {
         ResolutionTest::SetUp();
-        AfxSetResourceString(44, "Parent %1 not found");
-        AfxSetResourceString(45, "Foreign key has no name");
-        AfxSetResourceString(46, "Foreign key %1 dropped");
-        AfxSetResourceString(3742, "%1: no pair from %2 to %3");
+        AfxSetResourceString(kHostTextParentNotFound, "Parent %1 not found");
+        AfxSetResourceString(kHostTextUnnamedKeyNotAdded, "Foreign key has no name");
+        AfxSetResourceString(kHostTextForeignKeyNotAdded, "Foreign key %1 dropped");
+        AfxSetResourceString(kHostTextColumnPairNotAdded, "%1: no pair from %2 to %3");
         m_dept = Table("DEPT", {"ID", "CODE"}, {"ID", "CODE"});
         m_emp = Table("EMP", {"EMP_ID", "DEPT_ID", "DEPT_CODE"}, {"EMP_ID"});
     }
     void TearDown() override {
-        for (unsigned id : {44u, 45u, 46u, 3742u}) AfxSetResourceString(id, nullptr);
+        for (unsigned id : {kHostTextParentNotFound, kHostTextUnnamedKeyNotAdded, kHostTextForeignKeyNotAdded, kHostTextColumnPairNotAdded}) AfxSetResourceString(id, nullptr);
     }
     std::vector<std::string> Messages(const CStringList& list) {
         std::vector<std::string> texts;
@@ -317,8 +317,8 @@ TEST_F(ResolveConstraintsTest, FailingPairsAreReportedAndTheForeignKeyStillMoves
 }
 
 TEST_F(ResolveConstraintsTest, UnregisteredMessagesAreStillOneEntryEach) {
-    AfxSetResourceString(44, nullptr);
-    AfxSetResourceString(46, nullptr);
+    AfxSetResourceString(kHostTextParentNotFound, nullptr);
+    AfxSetResourceString(kHostTextForeignKeyNotAdded, nullptr);
     m_builder.AddForeignKey(0, m_emp, "FK1", "REGION", nullptr);
     CStringList messages;
     m_builder.ResolveForeignKeyConstraints(messages);
@@ -338,10 +338,11 @@ TEST_F(ResolveConstraintsTest, ASecondCallAppendsResolvedForeignKeysAgain) {
     EXPECT_EQ(Save().Count("ForeignKey"), 2);
 }
 
-TEST(ResolutionScaleTest, TwentyThousandForeignKeysResolveQuickly) {
+TEST(ResolutionScaleTest, ALongChainOfForeignKeysResolvesEveryLink) {
+    // Its time at catalog scale is measured by the benchmark (bench/run).
     CTestBuilder builder;
     ASSERT_EQ(builder.Initialize(41, nullptr), 1);
-    constexpr int kTables = 20001;
+    constexpr int kTables = 2001;
     std::vector<unsigned long> tables;
     for (int i = 0; i < kTables; ++i) {
         const std::string name = "T" + std::to_string(i);
@@ -353,15 +354,14 @@ TEST(ResolutionScaleTest, TwentyThousandForeignKeysResolveQuickly) {
         tables.push_back(table);
     }
     // A tree of non-identifying relationships: every table refers to the one before.
+    std::vector<unsigned long> foreignKeys;
     for (int i = 1; i < kTables; ++i) {
-        const unsigned long fk = builder.AddForeignKey(tables[i - 1], tables[i], nullptr, nullptr, nullptr);
-        builder.AddForeignKeyColumnPair(fk, "ID", "PARENT_ID", 0);
+        foreignKeys.push_back(builder.AddForeignKey(tables[i - 1], tables[i], nullptr, nullptr, nullptr));
+        builder.AddForeignKeyColumnPair(foreignKeys.back(), "ID", "PARENT_ID", 0);
     }
-    const auto start = std::chrono::steady_clock::now();
     builder.UpdateRelationships(0);
-    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    EXPECT_LT(seconds, 2.0);  // generous for sanitizer builds; about 0.05 s in a release build
-    EXPECT_EQ(builder.GetEntityPtr(tables[5])->GetAttribute(2)->GetRelationId(), 5u);
+    for (int i : {1, 5, kTables / 2, kTables - 1})
+        EXPECT_EQ(builder.GetEntityPtr(tables[i])->GetAttribute(2)->GetRelationId(), foreignKeys[i - 1]) << i;
 }
 
 }  // namespace

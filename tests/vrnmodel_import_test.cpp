@@ -5,7 +5,6 @@
 #include <sqlite3.h>
 #include <sys/wait.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -227,41 +226,6 @@ TEST_F(ImportTest, SqliteDatabasesAreReadFromTheirCatalog) {
               "D");
     EXPECT_EQ(reader.Scalar("SELECT t14 FROM ForeignKey"), "C");
     EXPECT_EQ(reader.Scalar("SELECT kind || ' ' || name FROM DbTrigger"), "1 orders_check");
-}
-
-// A generated schema of `tables` tables: 20 columns, a key, an index and a
-// foreign key to the previous table each, plus a comment and a row of data.
-std::string GeneratedScript(int tables) {
-    std::string script;
-    for (int t = 0; t < tables; ++t) {
-        const std::string name = "t" + std::to_string(t);
-        script += "CREATE TABLE " + name + " (\n  id INTEGER NOT NULL,\n  parent_id INTEGER NULL";
-        for (int c = 0; c < 18; ++c) script += ",\n  c" + std::to_string(c) + " VARCHAR(" + std::to_string(10 + c) + ")";
-        script += ",\n  CONSTRAINT pk_" + name + " PRIMARY KEY (id)\n);\n";
-        script += "CREATE INDEX ix_" + name + " ON " + name + " (c1, c2 DESC);\n";
-        if (t > 0)
-            script += "ALTER TABLE " + name + " ADD CONSTRAINT fk_" + name + " FOREIGN KEY (parent_id) REFERENCES t" +
-                      std::to_string(t - 1) + " (id);\n";
-        script += "COMMENT ON TABLE " + name + " IS 'generated table';\nINSERT INTO " + name + " (id) VALUES (1);\n";
-    }
-    return script;
-}
-
-TEST_F(ImportTest, ImportTimeGrowsLinearlyWithTheScript) {
-    auto timeImport = [&](int tables) {
-        const std::string script = GeneratedScript(tables);
-        const auto start = std::chrono::steady_clock::now();
-        CModelFileReader& reader = ImportText(47, script);
-        const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-        EXPECT_EQ(reader.Count("Entity"), tables);
-        EXPECT_EQ(reader.Count("ForeignKey"), tables - 1);
-        return seconds;
-    };
-    const double small = timeImport(300);
-    const double large = timeImport(1200);
-    // Four times the script: well under sixteen times the time (quadratic
-    // growth), with room for noise on a shared machine.
-    EXPECT_LT(large, 8 * small + 0.5) << "300 tables: " << small << " s, 1200 tables: " << large << " s";
 }
 
 TEST_F(CommandLineTest, ImportsAScriptAndShowsTheModel) {
