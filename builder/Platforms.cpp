@@ -1,75 +1,95 @@
 #include "builder/Platforms.h"
 
+#include <cstring>
 #include <string>
 #include <unordered_map>
 
 #include "framework/AfxString.h"
 
-// {code, name, nullable by default, Oracle}
+// {code, name, family, nullable by default, rules, command-line names}
 const CPlatformInfo kPlatforms[] = {
-    {0, "UNKNOWN", true, false},
-    {1, "Microsoft SQL Server 4.x", true, false},
-    {2, "Sybase System 10", false, false},
-    {3, "Microsoft SQL Server 6.X", false, false},
-    {4, "Sybase Watcom SQL", true, false},
-    {5, "SQLBase", true, false},
-    {6, "Informix ONLINE", true, false},
-    {7, "Informix SE", true, false},
-    {8, "Oracle 7.x", true, true},
-    {9, "IBM DB2 Common Server", true, false},
-    {10, "InterBase", true, false},
-    {11, "Sybase ASE 11.0", false, false},
-    {12, "Sybase SQL Anywhere 5", true, false},
-    {13, "INGRES", true, false},
-    {14, "Microsoft Access", true, false},
-    {15, "Microsoft Access 2.0", true, false},
-    {16, "Microsoft Access 95", true, false},
-    {17, "FoxPro", true, false},
-    {18, "FoxPro 2.5", true, false},
-    {19, "FoxPro/Windows 2.5", true, false},
-    {20, "Microsoft Visual FoxPro 2.x", true, false},
-    {21, "dBase IV", true, false},
-    {22, "dBase V", true, false},
-    {23, "Visual dBase 5.0", true, false},
-    {24, "Paradox", true, false},
-    {25, "Paradox/Windows 1.0", true, false},
-    {26, "Paradox 5.0", true, false},
-    {27, "Clipper 5.01", true, false},
-    {28, "Microsoft Visual FoxPro 3.x", true, false},
-    {29, "Paradox 7.0", true, false},
-    {30, "Microsoft Access 97", true, false},
-    {31, "Microsoft Visual FoxPro 5.x", true, false},
-    {32, "IBM DB2 UDB 5.x", true, false},
-    {33, "Microsoft SQL Server 7.x", false, false},
-    {34, "Oracle 8.x", true, true},
-    {35, "Sybase ASA 6.0", true, false},
-    {36, "Sybase ASE 11.9", false, false},
-    {37, "Sybase ASE 11.5", false, false},
-    {38, "IBM DB2 UDB 6.x", true, false},
-    {39, "IBM DB2 UDB for OS/390 6.x", true, false},
-    {40, "IBM DB2 UDB for OS/390 5.x", true, false},
-    {41, "Microsoft SQL Server 2000", false, false},
-    {42, "Microsoft Access 2000", true, false},
-    {43, "Sybase ASE 12.0", false, false},
-    {44, "IBM DB2 UDB 7.x", true, false},
-    {45, "Hitachi HiRDB", true, false},
-    {46, "IBM DB2 UDB for OS/390 7.x", true, false},
-    {47, "Oracle 9i", true, true},
-    {48, "IBM DB2 AS/400 4.x", true, false},
-    {49, "", true, false},
-    {50, "", true, false},
-    {51, "", true, false},
-    {52, "", true, false},
-    {53, "", true, false},
-    {54, "Sybase ASE 12.5", false, false},
+    {0, "UNKNOWN", EPlatformFamily::Other, true, 0, "unknown sqlite"},
+    {1, "Microsoft SQL Server 4.x", EPlatformFamily::TransactSql, true, 0, ""},
+    {2, "Sybase System 10", EPlatformFamily::TransactSql, false, 0, ""},
+    {3, "Microsoft SQL Server 6.X", EPlatformFamily::TransactSql, false, 0, ""},
+    {4, "Sybase Watcom SQL", EPlatformFamily::Other, true, 0, ""},
+    {5, "SQLBase", EPlatformFamily::Other, true, 0, ""},
+    {6, "Informix ONLINE", EPlatformFamily::Other, true, 0, ""},
+    {7, "Informix SE", EPlatformFamily::Other, true, 0, ""},
+    {8, "Oracle 7.x", EPlatformFamily::Oracle, true, kRuleOracleTypes, "oracle7"},
+    {9, "IBM DB2 Common Server", EPlatformFamily::Db2Luw, true, 0, ""},
+    {10, "InterBase", EPlatformFamily::Other, true, 0, ""},
+    {11, "Sybase ASE 11.0", EPlatformFamily::TransactSql, false, 0, ""},
+    {12, "Sybase SQL Anywhere 5", EPlatformFamily::Other, true, 0, ""},
+    {13, "INGRES", EPlatformFamily::Other, true, 0, ""},
+    {14, "Microsoft Access", EPlatformFamily::Other, true, 0, ""},
+    {15, "Microsoft Access 2.0", EPlatformFamily::Other, true, 0, ""},
+    {16, "Microsoft Access 95", EPlatformFamily::Other, true, 0, ""},
+    {17, "FoxPro", EPlatformFamily::Other, true, 0, ""},
+    {18, "FoxPro 2.5", EPlatformFamily::Other, true, 0, ""},
+    {19, "FoxPro/Windows 2.5", EPlatformFamily::Other, true, 0, ""},
+    {20, "Microsoft Visual FoxPro 2.x", EPlatformFamily::Other, true, 0, ""},
+    {21, "dBase IV", EPlatformFamily::Other, true, 0, ""},
+    {22, "dBase V", EPlatformFamily::Other, true, 0, ""},
+    {23, "Visual dBase 5.0", EPlatformFamily::Other, true, 0, ""},
+    {24, "Paradox", EPlatformFamily::Other, true, 0, ""},
+    {25, "Paradox/Windows 1.0", EPlatformFamily::Other, true, 0, ""},
+    {26, "Paradox 5.0", EPlatformFamily::Other, true, 0, ""},
+    {27, "Clipper 5.01", EPlatformFamily::Other, true, 0, ""},
+    {28, "Microsoft Visual FoxPro 3.x", EPlatformFamily::Other, true, 0, ""},
+    {29, "Paradox 7.0", EPlatformFamily::Other, true, 0, ""},
+    {30, "Microsoft Access 97", EPlatformFamily::Other, true, 0, ""},
+    {31, "Microsoft Visual FoxPro 5.x", EPlatformFamily::Other, true, 0, ""},
+    {32, "IBM DB2 UDB 5.x", EPlatformFamily::Db2Luw, true, kRuleConsolidatePrimaryKey, ""},
+    {33, "Microsoft SQL Server 7.x", EPlatformFamily::TransactSql, false, 0, ""},
+    {34, "Oracle 8.x", EPlatformFamily::Oracle, true, kRuleOracleTypes | kRuleReverseKeyIndexes, "oracle8"},
+    {35, "Sybase ASA 6.0", EPlatformFamily::Other, true, 0, ""},
+    {36, "Sybase ASE 11.9", EPlatformFamily::TransactSql, false, 0, ""},
+    {37, "Sybase ASE 11.5", EPlatformFamily::TransactSql, false, 0, ""},
+    {38, "IBM DB2 UDB 6.x", EPlatformFamily::Db2Luw, true, kRuleConsolidatePrimaryKey, ""},
+    {39, "IBM DB2 UDB for OS/390 6.x", EPlatformFamily::Db2ZOs, true, kRuleConsolidatePrimaryKey | kRuleKeepNamedPrimaryKey | kRuleAnyBufferPoolName, ""},
+    {40, "IBM DB2 UDB for OS/390 5.x", EPlatformFamily::Db2ZOs, true, kRuleConsolidatePrimaryKey | kRuleKeepNamedPrimaryKey | kRuleAnyBufferPoolName, ""},
+    {41, "Microsoft SQL Server 2000", EPlatformFamily::TransactSql, false, 0, "sqlserver mssql"},
+    {42, "Microsoft Access 2000", EPlatformFamily::Other, true, 0, ""},
+    {43, "Sybase ASE 12.0", EPlatformFamily::TransactSql, false, 0, ""},
+    {44, "IBM DB2 UDB 7.x", EPlatformFamily::Db2Luw, true, kRuleConsolidatePrimaryKey, "db2 db2luw"},
+    {45, "Hitachi HiRDB", EPlatformFamily::Other, true, 0, ""},
+    {46, "IBM DB2 UDB for OS/390 7.x", EPlatformFamily::Db2ZOs, true, kRuleConsolidatePrimaryKey | kRuleKeepNamedPrimaryKey | kRuleAnyBufferPoolName, "db2zos os390"},
+    {47, "Oracle 9i", EPlatformFamily::Oracle, true, kRuleOracleTypes | kRuleReverseKeyIndexes, "oracle oracle9"},
+    {48, "IBM DB2 AS/400 4.x", EPlatformFamily::As400, true, kRuleUnsizedNumberIsZero, "as400"},
+    {49, "", EPlatformFamily::Other, true, 0, ""},
+    {50, "", EPlatformFamily::Other, true, 0, ""},
+    {51, "", EPlatformFamily::Other, true, 0, ""},
+    {52, "", EPlatformFamily::Other, true, 0, ""},
+    {53, "", EPlatformFamily::Other, true, 0, ""},
+    {54, "Sybase ASE 12.5", EPlatformFamily::TransactSql, false, 0, "sybase"},
 };
 const int kPlatformCount = sizeof kPlatforms / sizeof kPlatforms[0];
 
-bool PlatformIsNullableByDefault(int code) {
-    return code < 0 || code >= kPlatformCount || kPlatforms[code].nullableByDefault;
+const CPlatformInfo* FindPlatform(int code) { return code >= 0 && code < kPlatformCount ? &kPlatforms[code] : nullptr; }
+
+const CPlatformInfo* FindPlatformByName(const char* name) {
+    if (!name || !*name) return nullptr;
+    for (const CPlatformInfo& platform : kPlatforms) {
+        for (const char* alias = platform.aliases; *alias;) {
+            const char* end = std::strchr(alias, ' ');
+            const std::string word(alias, end ? end - alias : std::strlen(alias));
+            if (AfxCompareNoCase(word.c_str(), name) == 0) return &platform;
+            alias = end ? end + 1 : alias + word.size();
+        }
+    }
+    return nullptr;
 }
 
-bool PlatformIsOracle(int code) { return code >= 0 && code < kPlatformCount && kPlatforms[code].isOracle; }
+bool PlatformIsNullableByDefault(int code) {
+    const CPlatformInfo* platform = FindPlatform(code);
+    return !platform || platform->nullableByDefault;
+}
+
+bool PlatformHasRule(int code, EPlatformRule rule) {
+    const CPlatformInfo* platform = FindPlatform(code);
+    return platform && (platform->rules & rule) != 0;
+}
 
 // The model's datatype codes. "NUM" stands twice (14 and 16); "PIC" (15) is
 // reached by BLOB and IMAGE, while 16, "MEM" (19) and "UNK" (36) are reached
@@ -170,7 +190,7 @@ const char* TranslateDatatypeName(const char* name, int platform) {
     std::string key(name);
     for (char& ch : key) ch = AfxToUpperAscii(ch);
     // Outside Oracle, TEXT is the long character type, not Oracle's TEXT.
-    if (key == "TEXT" && !PlatformIsOracle(platform)) return kDatatypeCodes[kLongTextCode];
+    if (key == "TEXT" && !PlatformHasRule(platform, kRuleOracleTypes)) return kDatatypeCodes[kLongTextCode];
     const auto& byName = DatatypeCodesByName();
     const auto found = byName.find(key);
     return found == byName.end() ? nullptr : found->second;

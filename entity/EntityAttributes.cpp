@@ -95,7 +95,7 @@ CVrnApiAttribute* CVrnApiEntity::AddAttribute(unsigned long /*unused*/, const ch
         long w = width;
         long s = scale;
         const int platform = m_pOwner->GetDbType();
-        if (PlatformIsOracle(platform)) {
+        if (PlatformHasRule(platform, kRuleOracleTypes)) {
             // Oracle keeps integers and unsized decimals as NUMBER without precision.
             if (EqualsAnyNoCase(typeName, {"INT", "SMALLINT", "INTEGER"}) ||
                 (EqualsAnyNoCase(typeName, {"DECIMAL", "NUMBER", "NUMERIC"}) && w == -1)) {
@@ -103,7 +103,7 @@ CVrnApiAttribute* CVrnApiEntity::AddAttribute(unsigned long /*unused*/, const ch
                 w = 0;
                 s = 0;
             }
-        } else if (platform == 48 && std::strcmp(mapped, "NUM") == 0 && w == -1) {
+        } else if (PlatformHasRule(platform, kRuleUnsizedNumberIsZero) && std::strcmp(mapped, "NUM") == 0 && w == -1) {
             w = 0;
             s = 0;
         }

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "builder/HostTexts.h"
+#include "builder/Platforms.h"
 #include "builder/VrnAPI.h"
 #include "entity/VrnApiAttribute.h"
 #include "entity/VrnApiEntity.h"

@@ -1,17 +1,11 @@
 // The entity's primary key and indexes: creating them, their columns, the
 // alternate key lookup, and the merging of a primary key with a unique index
 // on the DB2 platforms at save time.
+#include "builder/Platforms.h"
 #include "builder/VrnAPI.h"
 #include "entity/VrnApiAttribute.h"
 #include "entity/VrnApiEntity.h"
 #include "keys/VrnApiIndex.h"
-
-namespace {
-
-bool IsDb2Os390(int platform) { return platform == 39 || platform == 40 || platform == 46; }
-bool IsDb2Udb(int platform) { return platform == 32 || platform == 38 || platform == 44; }
-
-}  // namespace
 
 const char* CVrnApiEntity::AddPrimaryKey(const char* name) {
     if (m_pPrimaryKey || !m_pOwner) return nullptr;  // one primary key per entity
@@ -72,16 +66,17 @@ CVrnApiIndex* CVrnApiEntity::FindIndexMatchingPK() {
 
 void CVrnApiEntity::ConsolidatePrimaryKey() {
     const int platform = m_pOwner ? m_pOwner->GetDbType() : 0;
-    if (!m_pPrimaryKey || !(IsDb2Os390(platform) || IsDb2Udb(platform))) return;
-    // On OS/390 a named primary key is kept as it was declared.
+    if (!m_pPrimaryKey || !PlatformHasRule(platform, kRuleConsolidatePrimaryKey)) return;
     const CString keyName = m_pPrimaryKey->m_indexName;
-    if (!keyName.IsEmpty() && IsDb2Os390(platform)) return;
+    if (!keyName.IsEmpty() && PlatformHasRule(platform, kRuleKeepNamedPrimaryKey)) return;
     CVrnApiIndex* match = FindIndexMatchingPK();
     if (!match) return;
     m_displacedIndexes.emplace_back(m_pPrimaryKey);
     m_pPrimaryKey = match;
     match->m_keyType.Set(0, CVrnApiIndex::KEYTYPE_PK);
-    if (IsDb2Udb(platform) && !keyName.IsEmpty()) match->m_indexName = keyName;
+    // A named key reaches here only where named keys are not kept as declared
+    // (DB2 UDB): the index that stands in for it takes the key's name.
+    if (!keyName.IsEmpty()) match->m_indexName = keyName;
 }
 
 std::uint32_t CVrnApiEntity::HasAKWithColumnList(const CList<std::uint32_t, std::uint32_t>& attributeNos) const {

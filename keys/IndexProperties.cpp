@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "builder/Platforms.h"
 #include "builder/VrnAPI.h"
 #include "keys/VrnApiIndex.h"
 
@@ -30,7 +31,7 @@ struct CIntegerProperty {
     int valueIfZero;
     bool decimalText;    // Property: the value is passed as its decimal text
     CTextField field;    // YesNo
-    bool oracleOnly;     // stored only on the Oracle 8.x and 9i platforms
+    bool reverseKeyOnly;  // stored only where the platform has reverse key indexes
 };
 
 // Codes 27, 28, 29, 31, 32 and 42 are string codes here and are refused.
@@ -91,8 +92,6 @@ const Entry* FindEntry(const Entry (&table)[N], int code) {
     return nullptr;
 }
 
-bool IsOs390(int platform) { return platform == 39 || platform == 40 || platform == 46; }
-bool AcceptsReverseKey(int platform) { return platform == 34 || platform == 47; }
 
 // A size such as 10M or 2G: the leading number times 1024 for M or 1048576
 // for G (G wins when both letters appear); other unit letters are ignored.
@@ -128,7 +127,7 @@ int CVrnApiIndex::SetProperty(int code, std::int32_t value) {
             break;
     }
     if (!m_pOwner) return 0;  // no builder: no platform and no property manager
-    if (entry->oracleOnly && !AcceptsReverseKey(m_pOwner->GetDbType())) return 1;
+    if (entry->reverseKeyOnly && !PlatformHasRule(m_pOwner->GetDbType(), kRuleReverseKeyIndexes)) return 1;
     CPropertyMgr* properties = m_pOwner->GetPropertyMgr();
     if (!properties) return 0;
     const CString decimal = CString::FromInt(value);
@@ -185,6 +184,6 @@ int CVrnApiIndex::SetStringProperty(int code, const char* text) {
     for (const CBufferPool& pool : kBufferPools)
         if (value == pool.keyword)
             return properties->InsertIndexProperty(m_indexKey, kBufferPoolProperty, pool.valueNo, nullptr, 0);
-    if (value.IsEmpty() || !IsOs390(m_pOwner->GetDbType())) return 0;
+    if (value.IsEmpty() || !PlatformHasRule(m_pOwner->GetDbType(), kRuleAnyBufferPoolName)) return 0;
     return properties->InsertIndexProperty(m_indexKey, kBufferPoolProperty, 31, value, 0);
 }

@@ -106,6 +106,54 @@ TEST(PlatformTableTest, OnlySybaseAndNewerSqlServerDefaultToNotNull) {
         EXPECT_EQ(PlatformIsNullableByDefault(code), notNullPlatforms.count(code) == 0) << code;
 }
 
+TEST(PlatformTableTest, EachRuleHoldsOnExactlyItsPlatforms) {
+    // The platforms each rule of the builder names, one list per rule.
+    const std::pair<EPlatformRule, std::set<int>> rules[] = {
+        {kRuleOracleTypes, {8, 34, 47}},
+        {kRuleUnsizedNumberIsZero, {48}},
+        {kRuleConsolidatePrimaryKey, {32, 38, 39, 40, 44, 46}},
+        {kRuleKeepNamedPrimaryKey, {39, 40, 46}},
+        {kRuleReverseKeyIndexes, {34, 47}},
+        {kRuleAnyBufferPoolName, {39, 40, 46}},
+    };
+    for (const auto& [rule, codes] : rules)
+        for (int code = -2; code <= 60; ++code)
+            EXPECT_EQ(PlatformHasRule(code, rule), codes.count(code) == 1) << "rule " << rule << ", code " << code;
+}
+
+TEST(PlatformTableTest, FamiliesGroupTheDialects) {
+    const std::pair<EPlatformFamily, std::set<int>> families[] = {
+        {EPlatformFamily::TransactSql, {1, 2, 3, 11, 33, 36, 37, 41, 43, 54}},
+        {EPlatformFamily::Oracle, {8, 34, 47}},
+        {EPlatformFamily::Db2Luw, {9, 32, 38, 44}},
+        {EPlatformFamily::Db2ZOs, {39, 40, 46}},
+        {EPlatformFamily::As400, {48}},
+    };
+    for (int code = 0; code < kPlatformCount; ++code) {
+        EPlatformFamily expected = EPlatformFamily::Other;
+        for (const auto& [family, codes] : families)
+            if (codes.count(code)) expected = family;
+        EXPECT_EQ(FindPlatform(code)->family, expected) << code;
+    }
+    EXPECT_EQ(FindPlatform(-1), nullptr);
+    EXPECT_EQ(FindPlatform(55), nullptr);
+}
+
+TEST(PlatformTableTest, CommandLineNamesFindTheirPlatform) {
+    const std::pair<const char*, int> names[] = {
+        {"oracle", 47}, {"ORACLE9", 47}, {"oracle8", 34}, {"oracle7", 8},  {"sqlserver", 41}, {"MsSql", 41},
+        {"sybase", 54}, {"db2", 44},     {"db2luw", 44},  {"db2zos", 46}, {"os390", 46},     {"as400", 48},
+        {"unknown", 0}, {"sqlite", 0},
+    };
+    for (const auto& [name, code] : names) {
+        ASSERT_NE(FindPlatformByName(name), nullptr) << name;
+        EXPECT_EQ(FindPlatformByName(name)->code, code) << name;
+    }
+    for (const char* unknown : {"", "oracle 8", "db", "db2 ", "Oracle 9i", "postgres"})
+        EXPECT_EQ(FindPlatformByName(unknown), nullptr) << unknown;
+    EXPECT_EQ(FindPlatformByName(nullptr), nullptr);
+}
+
 TEST(PlatformTableTest, UnlistedPlatformCodesAreKept) {
     CVrnAPI builder;
     EXPECT_EQ(builder.Initialize(60, nullptr), 1);

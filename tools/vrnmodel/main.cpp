@@ -33,9 +33,8 @@ const char kUsage[] =
     "import reads DDL scripts (T-SQL, Oracle SQL*Plus, DB2) and SQLite databases\n"
     "and writes one model file.\n"
     "  -o, --output MODEL     the model file to write\n"
-    "  --platform NAME|CODE   target platform: a code of the platform table, or\n"
-    "                         oracle, oracle8, oracle7, sqlserver, sybase, db2,\n"
-    "                         db2zos, as400, unknown (default: guessed from the input)\n"
+    "  --platform NAME|CODE   target platform: a code of the platform table, or one\n"
+    "                         of the names below (default: guessed from the input)\n"
     "  --continue EXISTING    continue an existing model file\n"
     "  --sql-id ID            owner of tables declared without one\n"
     "  --model-id N           model number of the new objects\n"
@@ -54,17 +53,6 @@ const char kUsage[] =
     "No command writes over one of its inputs: an output that is the same file as\n"
     "an input is refused. A file is replaced only once its new content is complete.\n";
 
-struct CPlatformAlias {
-    const char* name;
-    int code;
-};
-
-const CPlatformAlias kPlatformAliases[] = {
-    {"unknown", 0}, {"sqlite", 0},  {"oracle", 47}, {"oracle9", 47}, {"oracle8", 34}, {"oracle7", 8},
-    {"sqlserver", 41}, {"mssql", 41}, {"sybase", 54}, {"db2", 44},   {"db2luw", 44},  {"db2zos", 46},
-    {"os390", 46},  {"as400", 48},
-};
-
 bool ParsePlatform(const std::string& text, int& code) {
     char* end = nullptr;
     const long number = std::strtol(text.c_str(), &end, 10);
@@ -72,12 +60,15 @@ bool ParsePlatform(const std::string& text, int& code) {
         code = static_cast<int>(number);
         return true;
     }
-    for (const CPlatformAlias& alias : kPlatformAliases)
-        if (AfxCompareNoCase(alias.name, text.c_str()) == 0) {
-            code = alias.code;
-            return true;
-        }
-    return false;
+    const CPlatformInfo* platform = FindPlatformByName(text.c_str());
+    if (platform) code = platform->code;
+    return platform != nullptr;
+}
+
+// The code of the platform the command line calls `name`.
+int PlatformNamed(const char* name) {
+    const CPlatformInfo* platform = FindPlatformByName(name);
+    return platform ? platform->code : 0;
 }
 
 bool Contains(const std::string& text, const char* word) {
@@ -88,14 +79,16 @@ bool Contains(const std::string& text, const char* word) {
 
 // A platform from what a script looks like, for inputs given without one.
 int GuessPlatform(const std::string& text) {
-    if (Contains(text, "STOGROUP") || Contains(text, "CURRENT SQLID") || Contains(text, "CCSID")) return 46;
-    if (Contains(text, "DB2LOOK") || Contains(text, "ORGANIZE BY") || Contains(text, "CODEUNITS")) return 44;
-    if (Contains(text, "VARCHAR2") || Contains(text, "NUMBER(") || Contains(text, "\n/\n")) return 47;
+    if (Contains(text, "STOGROUP") || Contains(text, "CURRENT SQLID") || Contains(text, "CCSID"))
+        return PlatformNamed("db2zos");
+    if (Contains(text, "DB2LOOK") || Contains(text, "ORGANIZE BY") || Contains(text, "CODEUNITS"))
+        return PlatformNamed("db2");
+    if (Contains(text, "VARCHAR2") || Contains(text, "NUMBER(") || Contains(text, "\n/\n")) return PlatformNamed("oracle");
     if (Contains(text, "\nGO\n") || Contains(text, "SP_ADDTYPE") || Contains(text, "NVARCHAR") ||
         Contains(text, "IDENTITY(")) {
-        return Contains(text, "SP_BINDRULE") && !Contains(text, "SYS.SP_") ? 54 : 41;
+        return PlatformNamed(Contains(text, "SP_BINDRULE") && !Contains(text, "SYS.SP_") ? "sybase" : "sqlserver");
     }
-    return 0;
+    return PlatformNamed("unknown");
 }
 
 void RegisterHostTexts() {
@@ -120,8 +113,22 @@ struct CImportOptions {
     std::vector<std::pair<std::string, std::string>> tags;
 };
 
+// The usage text, with the platform names of the library's platform table.
+std::string HelpText() {
+    std::string names;
+    for (int code = 0; code < kPlatformCount; ++code) {
+        const char* alias = kPlatforms[code].aliases;
+        for (const char* end = alias; *alias; alias = *end ? end + 1 : end) {
+            end = std::strchr(alias, ' ');
+            if (!end) end = alias + std::strlen(alias);
+            names += (names.empty() ? "" : ", ") + std::string(alias, end) + " (" + std::to_string(code) + ")";
+        }
+    }
+    return kUsage + ("\nPlatform names: " + names + ".\n");
+}
+
 int Usage(const std::string& problem) {
-    std::cerr << "vrnmodel: " << problem << "\n" << kUsage;
+    std::cerr << "vrnmodel: " << problem << "\n" << HelpText();
     return 2;
 }
 
@@ -314,7 +321,7 @@ int main(int argc, char** argv) {
     if (argc < 2) return Usage("no command given");
     const std::string command = argv[1];
     if (command == "--help" || command == "-h" || command == "help") {
-        std::cout << kUsage;
+        std::cout << HelpText();
         return 0;
     }
     int status;
