@@ -1,5 +1,6 @@
 // Partitions of tables and indexes, kept by the property manager, their
 // columns and physical properties; and storage objects.
+#include "builder/OptionTables.h"
 #include "builder/VrnAPI.h"
 #include "entity/VrnApiEntity.h"
 #include "keys/VrnApiIndex.h"
@@ -16,25 +17,38 @@ constexpr int kPartitionColumnValue = 12;
 // value to the property manager.
 struct CPartitionProperty {
     int code;
-    int propertyNo;
-    int valueIfNonzero;
-    int valueIfZero;
-    bool decimalText;  // the value as decimal text; otherwise no text
+    COptionProperty property;
 };
 
 constexpr CPartitionProperty kPartitionProperties[] = {
-    {16, 10, 15, 15, true}, {17, 11, 16, 16, true}, {18, 20, 27, 27, true}, {19, 21, 28, 28, true},
-    {20, 12, 17, 17, true}, {21, 13, 18, 18, true}, {22, 15, 20, 20, true}, {23, 16, 21, 21, true},
-    {24, 14, 19, 19, true}, {25, 22, 29, 29, true}, {26, 23, 30, 30, true}, {28, 3, 7, 6, false},
+    {16, {10, 15, 15, true}}, {17, {11, 16, 16, true}}, {18, {20, 27, 27, true}}, {19, {21, 28, 28, true}},
+    {20, {12, 17, 17, true}}, {21, {13, 18, 18, true}}, {22, {15, 20, 20, true}}, {23, {16, 21, 21, true}},
+    {24, {14, 19, 19, true}}, {25, {22, 29, 29, true}}, {26, {23, 30, 30, true}}, {28, {3, 7, 6, false}},
 };
 
-// Buffer pools of a partition. DEFAULT is value 14 here, unlike tables and
-// indexes (31): that is the number partitions are stored with.
-struct CBufferPool {
-    const char* keyword;
-    int valueNo;
+// Text partition properties, by how the text becomes the stored value.
+enum class ETextValue {
+    Text,         // value `valueNo`, with the text
+    BufferPool,   // the buffer pool of that keyword, without text; other texts are refused
+    ValueOrElse,  // `valueNo` when the text is that value's own text (any case), else `otherValueNo`
+    OneOfTwo,     // `valueNo` or `otherValueNo`, whichever's own text it is (any case); else refused
 };
-constexpr CBufferPool kPartitionBufferPools[] = {{"DEFAULT", 14}, {"KEEP", 32}, {"RECYCLE", 33}};
+
+struct CPartitionTextProperty {
+    int code;
+    int propertyNo;
+    ETextValue kind;
+    int valueNo;
+    int otherValueNo;
+};
+
+constexpr CPartitionTextProperty kPartitionTextProperties[] = {
+    {15, 9, ETextValue::Text, 14, 0},           // storage space
+    {27, kBufferPoolProperty, ETextValue::BufferPool, 0, 0},
+    {47, 50, ETextValue::ValueOrElse, 66, 65},  // TRACKMOD NO, else TRACKMOD YES
+    {53, 53, ETextValue::OneOfTwo, 55, 57},     // group buffer pool caching: ALL or NONE
+    {54, 8, ETextValue::Text, 13, 0},
+};
 
 }  // namespace
 
@@ -81,43 +95,42 @@ int CVrnAPI::AddIndexPartitionColumn(unsigned long indexId, const char* columnNa
 
 int CVrnAPI::SetPartitionProperty(unsigned long partitionId, int code, long value) {
     if (!m_pPropertyMgr) return 0;
-    for (const CPartitionProperty& entry : kPartitionProperties) {
-        if (entry.code != code) continue;
-        const CString decimal = CString::FromInt(static_cast<std::int32_t>(value));
-        return m_pPropertyMgr->InsertPartitionProperty(partitionId, entry.propertyNo,
-                                                       value != 0 ? entry.valueIfNonzero : entry.valueIfZero,
-                                                       entry.decimalText ? decimal.GetString() : nullptr, 0);
-    }
-    return 0;
+    const CPartitionProperty* entry = FindOption(kPartitionProperties, code);
+    if (!entry) return 0;
+    CString digits;
+    return m_pPropertyMgr->InsertPartitionProperty(partitionId, entry->property.propertyNo,
+                                                   entry->property.ValueNo(value), entry->property.Text(value, digits), 0);
 }
 
 int CVrnAPI::SetPartitionStringProperty(unsigned long partitionId, int code, const char* text) {
     if (!m_pPropertyMgr) return 0;
+    const CPartitionTextProperty* entry = FindOption(kPartitionTextProperties, code);
+    if (!entry) return 0;
     const CString value(text);
-    auto store = [&](int propertyNo, int valueNo, const char* propertyText) {
-        return m_pPropertyMgr->InsertPartitionProperty(partitionId, propertyNo, valueNo, propertyText, 0);
-    };
     auto isValueText = [&](int valueNo) {
         return value.CompareNoCase(m_pPropertyMgr->GetPropertyValueString(valueNo)) == 0;
     };
-    switch (code) {
-        case 15:
-            return store(9, 14, value);
-        case 54:
-            return store(8, 13, value);
-        case 27:
-            for (const CBufferPool& pool : kPartitionBufferPools)
-                if (value == pool.keyword) return store(24, pool.valueNo, nullptr);
-            return 0;
-        case 47:
-            return store(50, isValueText(66) ? 66 : 65, nullptr);
-        case 53:
-            if (isValueText(55)) return store(53, 55, nullptr);
-            if (isValueText(57)) return store(53, 57, nullptr);
-            return 0;
-        default:
-            return 0;
+    int valueNo = entry->valueNo;
+    const char* propertyText = nullptr;
+    switch (entry->kind) {
+        case ETextValue::Text:
+            propertyText = value;
+            break;
+        case ETextValue::BufferPool: {
+            const CBufferPool* pool = FindBufferPool(value);
+            if (!pool) return 0;
+            valueNo = pool->partitionValueNo;
+            break;
+        }
+        case ETextValue::ValueOrElse:
+            if (!isValueText(entry->valueNo)) valueNo = entry->otherValueNo;
+            break;
+        case ETextValue::OneOfTwo:
+            if (isValueText(entry->otherValueNo)) valueNo = entry->otherValueNo;
+            else if (!isValueText(entry->valueNo)) return 0;
+            break;
     }
+    return m_pPropertyMgr->InsertPartitionProperty(partitionId, entry->propertyNo, valueNo, propertyText, 0);
 }
 
 unsigned long CVrnAPI::AddStorageObject(const char* name, const char* owner, const char* text, int kind) {

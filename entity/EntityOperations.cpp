@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "builder/Platforms.h"
+#include "builder/OptionTables.h"
 #include "builder/VrnAPI.h"
 #include "entity/VrnApiAttribute.h"
 #include "entity/VrnApiEntity.h"
@@ -19,17 +20,14 @@ CString UpperCased(const char* text) {
 // Attribute property codes that only reach the property manager.
 struct CAttributeProperty {
     int code;
-    int propertyNo;
-    int valueIfNonzero;
-    int valueIfZero;
-    bool decimalText;  // the value is passed as its decimal text; otherwise no text
+    COptionProperty property;
 };
 
 // Codes 95 and 96 are alternatives of one option (property 71).
 constexpr CAttributeProperty kAttributeProperties[] = {
-    {82, 34, 45, 45, false}, {83, 41, 52, 52, false}, {84, 48, 63, 62, false}, {85, 49, 64, 64, true},
-    {91, 3, 7, 7, false},    {92, 36, 47, 47, false}, {94, 70, 90, 90, false}, {95, 71, 91, 91, false},
-    {96, 71, 92, 92, false}, {97, 72, 93, 93, false},
+    {82, {34, 45, 45, false}}, {83, {41, 52, 52, false}}, {84, {48, 63, 62, false}}, {85, {49, 64, 64, true}},
+    {91, {3, 7, 7, false}},    {92, {36, 47, 47, false}}, {94, {70, 90, 90, false}}, {95, {71, 91, 91, false}},
+    {96, {71, 92, 92, false}}, {97, {72, 93, 93, false}},
 };
 
 // Attribute string codes that reach the property manager with the text.
@@ -165,18 +163,15 @@ int CVrnAPI::SetAttributeProperty(unsigned long attributeId, int code, long valu
         default:
             break;
     }
-    for (const CAttributeProperty& entry : kAttributeProperties) {
-        if (entry.code != code) continue;
-        // Known codes answer 1 whatever the property manager makes of them.
-        if (m_pPropertyMgr) {
-            const CString decimal = CString::FromInt(static_cast<i32>(value));
-            m_pPropertyMgr->InsertAttributeProperty(attribute->m_attributeId, entry.propertyNo,
-                                                    value != 0 ? entry.valueIfNonzero : entry.valueIfZero,
-                                                    entry.decimalText ? decimal.GetString() : nullptr, 0);
-        }
-        return 1;
+    const CAttributeProperty* entry = FindOption(kAttributeProperties, code);
+    if (!entry) return 0;
+    // Known codes answer 1 whatever the property manager makes of them.
+    if (m_pPropertyMgr) {
+        CString digits;
+        m_pPropertyMgr->InsertAttributeProperty(attribute->m_attributeId, entry->property.propertyNo,
+                                                entry->property.ValueNo(value), entry->property.Text(value, digits), 0);
     }
-    return 0;
+    return 1;
 }
 
 int CVrnAPI::SetAttributeStringProperty(unsigned long attributeId, int code, const char* text) {
@@ -206,11 +201,9 @@ int CVrnAPI::SetAttributeStringProperty(unsigned long attributeId, int code, con
         default:
             break;
     }
-    for (const CAttributeTextProperty& entry : kAttributeTextProperties) {
-        if (entry.code != code) continue;
-        if (m_pPropertyMgr)
-            m_pPropertyMgr->InsertAttributeProperty(attribute->m_attributeId, entry.propertyNo, entry.valueNo, text, 0);
-        return 1;
-    }
-    return 0;
+    const CAttributeTextProperty* entry = FindOption(kAttributeTextProperties, code);
+    if (!entry) return 0;
+    if (m_pPropertyMgr)
+        m_pPropertyMgr->InsertAttributeProperty(attribute->m_attributeId, entry->propertyNo, entry->valueNo, text, 0);
+    return 1;
 }

@@ -6,6 +6,7 @@
 // Codes 16 to 26 describe the table's eleven storage parameters (nine slots,
 // then table properties 22 and 23); codes 58 to 68 are the same eleven, in
 // the same order, for the overflow segment; keep the two sets in step.
+#include "builder/OptionTables.h"
 #include "builder/VrnAPI.h"
 #include "entity/VrnApiEntity.h"
 
@@ -23,47 +24,44 @@ struct CIntegerProperty {
     int code;
     CTarget target;
     int slot;            // Slot: 1 to 11
-    int propertyNo;      // Table / Overflow
-    int valueIfNonzero;  // the value number for a nonzero value (or any value)
-    int valueIfZero;     // the value number for 0
-    bool decimalText;    // the value is passed as its decimal text
-    int handle;          // property value handle the table property is read back into
+    COptionProperty property;  // Table / Overflow
+    int handle;                // property value handle the table property is read back into
 };
 
 // Slots of codes 16 to 24 deliberately do not follow code order. Code 33's
 // value numbers run the other way round from 28, 29 and 30.
 constexpr CIntegerProperty kIntegerProperties[] = {
-    // code  target             slot  prop  v!=0  v==0  decimal handle
-    {16, CTarget::Slot, 3, 0, 0, 0, false, kNoHandle},
-    {17, CTarget::Slot, 4, 0, 0, 0, false, kNoHandle},
-    {18, CTarget::Slot, 10, 0, 0, 0, false, kNoHandle},
-    {19, CTarget::Slot, 11, 0, 0, 0, false, kNoHandle},
-    {20, CTarget::Slot, 7, 0, 0, 0, false, kNoHandle},
-    {21, CTarget::Slot, 8, 0, 0, 0, false, kNoHandle},
-    {22, CTarget::Slot, 5, 0, 0, 0, false, kNoHandle},
-    {23, CTarget::Slot, 6, 0, 0, 0, false, kNoHandle},
-    {24, CTarget::Slot, 9, 0, 0, 0, false, kNoHandle},
-    {25, CTarget::Table, 0, 22, 29, 29, true, 0},
-    {26, CTarget::Table, 0, 23, 30, 30, true, 1},
-    {28, CTarget::Table, 0, 3, 7, 6, false, 3},
-    {29, CTarget::Table, 0, 17, 24, 22, false, kNoHandle},
-    {30, CTarget::Table, 0, 4, 9, 8, false, 4},
-    {33, CTarget::Table, 0, 25, 34, 35, false, 2},
-    {55, CTarget::Table, 0, 18, 25, 25, true, kNoHandle},
-    {58, CTarget::Overflow, 0, 10, 15, 15, true, kNoHandle},
-    {59, CTarget::Overflow, 0, 11, 16, 16, true, kNoHandle},
-    {60, CTarget::Overflow, 0, 20, 27, 27, true, kNoHandle},
-    {61, CTarget::Overflow, 0, 21, 28, 28, true, kNoHandle},
-    {62, CTarget::Overflow, 0, 12, 17, 17, true, kNoHandle},
-    {63, CTarget::Overflow, 0, 13, 18, 18, true, kNoHandle},
-    {64, CTarget::Overflow, 0, 15, 20, 20, true, kNoHandle},
-    {65, CTarget::Overflow, 0, 16, 21, 21, true, kNoHandle},
-    {66, CTarget::Overflow, 0, 14, 19, 19, true, kNoHandle},
-    {67, CTarget::Overflow, 0, 22, 29, 29, true, kNoHandle},
-    {68, CTarget::Overflow, 0, 23, 30, 30, true, kNoHandle},
-    {70, CTarget::Overflow, 0, 3, 7, 6, false, kNoHandle},
-    {73, CTarget::Table, 0, 29, 39, 39, false, kNoHandle},
-    {76, CTarget::Table, 0, 58, 74, 74, false, kNoHandle},
+    // code, target, slot, {property, value if nonzero, value if zero, decimal text}, handle
+    {16, CTarget::Slot, 3, {0, 0, 0, false}, kNoHandle},
+    {17, CTarget::Slot, 4, {0, 0, 0, false}, kNoHandle},
+    {18, CTarget::Slot, 10, {0, 0, 0, false}, kNoHandle},
+    {19, CTarget::Slot, 11, {0, 0, 0, false}, kNoHandle},
+    {20, CTarget::Slot, 7, {0, 0, 0, false}, kNoHandle},
+    {21, CTarget::Slot, 8, {0, 0, 0, false}, kNoHandle},
+    {22, CTarget::Slot, 5, {0, 0, 0, false}, kNoHandle},
+    {23, CTarget::Slot, 6, {0, 0, 0, false}, kNoHandle},
+    {24, CTarget::Slot, 9, {0, 0, 0, false}, kNoHandle},
+    {25, CTarget::Table, 0, {22, 29, 29, true}, 0},
+    {26, CTarget::Table, 0, {23, 30, 30, true}, 1},
+    {28, CTarget::Table, 0, {3, 7, 6, false}, 3},
+    {29, CTarget::Table, 0, {17, 24, 22, false}, kNoHandle},
+    {30, CTarget::Table, 0, {4, 9, 8, false}, 4},
+    {33, CTarget::Table, 0, {25, 34, 35, false}, 2},
+    {55, CTarget::Table, 0, {18, 25, 25, true}, kNoHandle},
+    {58, CTarget::Overflow, 0, {10, 15, 15, true}, kNoHandle},
+    {59, CTarget::Overflow, 0, {11, 16, 16, true}, kNoHandle},
+    {60, CTarget::Overflow, 0, {20, 27, 27, true}, kNoHandle},
+    {61, CTarget::Overflow, 0, {21, 28, 28, true}, kNoHandle},
+    {62, CTarget::Overflow, 0, {12, 17, 17, true}, kNoHandle},
+    {63, CTarget::Overflow, 0, {13, 18, 18, true}, kNoHandle},
+    {64, CTarget::Overflow, 0, {15, 20, 20, true}, kNoHandle},
+    {65, CTarget::Overflow, 0, {16, 21, 21, true}, kNoHandle},
+    {66, CTarget::Overflow, 0, {14, 19, 19, true}, kNoHandle},
+    {67, CTarget::Overflow, 0, {22, 29, 29, true}, kNoHandle},
+    {68, CTarget::Overflow, 0, {23, 30, 30, true}, kNoHandle},
+    {70, CTarget::Overflow, 0, {3, 7, 6, false}, kNoHandle},
+    {73, CTarget::Table, 0, {29, 39, 39, false}, kNoHandle},
+    {76, CTarget::Table, 0, {58, 74, 74, false}, kNoHandle},
 };
 
 enum class CTextTarget {
@@ -99,20 +97,6 @@ constexpr CStringProperty kStringProperties[] = {
     {75, CTextTarget::Table, false, 57, 73, kNoHandle},
 };
 
-// Buffer pool keywords, compared exactly: a lower-case keep is refused.
-struct CBufferPool {
-    const char* keyword;
-    int valueNo;
-};
-constexpr CBufferPool kBufferPools[] = {{"DEFAULT", 31}, {"KEEP", 32}, {"RECYCLE", 33}};
-
-template <class Entry, std::size_t N>
-const Entry* FindEntry(const Entry (&table)[N], int code) {
-    for (const Entry& entry : table)
-        if (entry.code == code) return &entry;
-    return nullptr;
-}
-
 // A storage space named part by part in double quotes ("DB1"."TS1") becomes
 // one quoted name ("DB1.TS1"): only the quotes next to the first dot go.
 CString NormaliseStorageSpace(const CString& text) {
@@ -138,7 +122,7 @@ void CVrnApiEntity::ReadBackHandle(CPropertyMgr& properties, int propertyNo, int
 }
 
 int CVrnApiEntity::SetProperty(int code, long value) {
-    const CIntegerProperty* entry = FindEntry(kIntegerProperties, code);
+    const CIntegerProperty* entry = FindOption(kIntegerProperties, code);
     if (!entry) return 0;
     if (entry->target == CTarget::Slot) {
         if (!m_pTableStorage) return 0;  // an entity without a builder has no storage row
@@ -147,18 +131,19 @@ int CVrnApiEntity::SetProperty(int code, long value) {
     }
     CPropertyMgr* properties = m_pOwner ? m_pOwner->GetPropertyMgr() : nullptr;
     if (!properties) return 0;  // no property manager before a successful Initialize
-    const CString decimal = CString::FromInt(static_cast<i32>(value));
-    const int valueNo = value != 0 ? entry->valueIfNonzero : entry->valueIfZero;
-    const char* text = entry->decimalText ? decimal.GetString() : nullptr;
+    CString digits;
+    const int propertyNo = entry->property.propertyNo;
+    const int valueNo = entry->property.ValueNo(value);
+    const char* text = entry->property.Text(value, digits);
     if (entry->target == CTarget::Overflow)
-        return properties->InsertOverflowSegmentProperty(m_tableKey, entry->propertyNo, valueNo, text, 0);
-    const int result = properties->InsertTableProperty(m_tableKey, entry->propertyNo, valueNo, text, 0);
-    ReadBackHandle(*properties, entry->propertyNo, entry->handle);
+        return properties->InsertOverflowSegmentProperty(m_tableKey, propertyNo, valueNo, text, 0);
+    const int result = properties->InsertTableProperty(m_tableKey, propertyNo, valueNo, text, 0);
+    ReadBackHandle(*properties, propertyNo, entry->handle);
     return result;
 }
 
 int CVrnApiEntity::SetStringProperty(int code, const char* text) {
-    const CStringProperty* entry = FindEntry(kStringProperties, code);
+    const CStringProperty* entry = FindOption(kStringProperties, code);
     if (!entry) return 0;
     switch (entry->target) {
         case CTextTarget::Definition:
@@ -180,10 +165,7 @@ int CVrnApiEntity::SetStringProperty(int code, const char* text) {
     int valueNo = entry->valueNo;
     const char* propertyText = text;
     if (entry->target == CTextTarget::BufferPool) {
-        const CString keyword(text);
-        const CBufferPool* pool = nullptr;
-        for (const CBufferPool& candidate : kBufferPools)
-            if (keyword == candidate.keyword) pool = &candidate;
+        const CBufferPool* pool = FindBufferPool(CString(text));
         if (!pool) return 0;
         valueNo = pool->valueNo;
         propertyText = nullptr;

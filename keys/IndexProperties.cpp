@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "builder/OptionTables.h"
 #include "builder/Platforms.h"
 #include "builder/VrnAPI.h"
 #include "keys/VrnApiIndex.h"
@@ -26,41 +27,38 @@ struct CIntegerProperty {
     int code;
     CTarget target;
     int slot;            // Slot: 1 to 11
-    int propertyNo;      // Property
-    int valueIfNonzero;  // Property: the value number for a nonzero value (or any value)
-    int valueIfZero;
-    bool decimalText;    // Property: the value is passed as its decimal text
+    COptionProperty property;  // Property
     CTextField field;    // YesNo
     bool reverseKeyOnly;  // stored only where the platform has reverse key indexes
 };
 
 // Codes 27, 28, 29, 31, 32 and 42 are string codes here and are refused.
 constexpr CIntegerProperty kIntegerProperties[] = {
-    {16, CTarget::Slot, 3, 0, 0, 0, false, CTextField::Unique, false},
-    {17, CTarget::Slot, 4, 0, 0, 0, false, CTextField::Unique, false},
-    {18, CTarget::Slot, 10, 0, 0, 0, false, CTextField::Unique, false},
-    {19, CTarget::Slot, 11, 0, 0, 0, false, CTextField::Unique, false},
-    {20, CTarget::Slot, 7, 0, 0, 0, false, CTextField::Unique, false},
-    {21, CTarget::Slot, 8, 0, 0, 0, false, CTextField::Unique, false},
-    {22, CTarget::Slot, 5, 0, 0, 0, false, CTextField::Unique, false},
-    {23, CTarget::Slot, 6, 0, 0, 0, false, CTextField::Unique, false},
-    {24, CTarget::Slot, 9, 0, 0, 0, false, CTextField::Unique, false},
-    {25, CTarget::Property, 0, 22, 29, 29, true, CTextField::Unique, false},
-    {26, CTarget::Property, 0, 23, 30, 30, true, CTextField::Unique, false},
-    {30, CTarget::Property, 0, 4, 9, 8, false, CTextField::Unique, false},
-    {33, CTarget::Property, 0, 25, 34, 35, false, CTextField::Unique, false},
-    {34, CTarget::YesNo, 0, 0, 0, 0, false, CTextField::Unique, false},
-    {35, CTarget::Property, 0, 1, 3, 2, false, CTextField::Unique, false},
-    {36, CTarget::YesNo, 0, 0, 0, 0, false, CTextField::Field7, false},
-    {37, CTarget::Property, 0, 2, 5, 4, false, CTextField::Unique, false},
-    {38, CTarget::Property, 0, 0, 0, 0, false, CTextField::Unique, true},
-    {39, CTarget::YesNo, 0, 0, 0, 0, false, CTextField::Field5, false},
-    {40, CTarget::Cluster, 0, 0, 0, 0, false, CTextField::Unique, false},
-    {41, CTarget::Slot, 1, 0, 0, 0, false, CTextField::Unique, false},
-    {43, CTarget::Slot, 2, 0, 0, 0, false, CTextField::Unique, false},
-    {44, CTarget::Property, 0, 59, 75, 75, false, CTextField::Unique, false},
-    {45, CTarget::Property, 0, 74, 95, 95, false, CTextField::Unique, false},
-    {46, CTarget::Property, 0, 75, 96, 96, false, CTextField::Unique, false},
+    {16, CTarget::Slot, 3, {0, 0, 0, false}, CTextField::Unique, false},
+    {17, CTarget::Slot, 4, {0, 0, 0, false}, CTextField::Unique, false},
+    {18, CTarget::Slot, 10, {0, 0, 0, false}, CTextField::Unique, false},
+    {19, CTarget::Slot, 11, {0, 0, 0, false}, CTextField::Unique, false},
+    {20, CTarget::Slot, 7, {0, 0, 0, false}, CTextField::Unique, false},
+    {21, CTarget::Slot, 8, {0, 0, 0, false}, CTextField::Unique, false},
+    {22, CTarget::Slot, 5, {0, 0, 0, false}, CTextField::Unique, false},
+    {23, CTarget::Slot, 6, {0, 0, 0, false}, CTextField::Unique, false},
+    {24, CTarget::Slot, 9, {0, 0, 0, false}, CTextField::Unique, false},
+    {25, CTarget::Property, 0, {22, 29, 29, true}, CTextField::Unique, false},
+    {26, CTarget::Property, 0, {23, 30, 30, true}, CTextField::Unique, false},
+    {30, CTarget::Property, 0, {4, 9, 8, false}, CTextField::Unique, false},
+    {33, CTarget::Property, 0, {25, 34, 35, false}, CTextField::Unique, false},
+    {34, CTarget::YesNo, 0, {0, 0, 0, false}, CTextField::Unique, false},
+    {35, CTarget::Property, 0, {1, 3, 2, false}, CTextField::Unique, false},
+    {36, CTarget::YesNo, 0, {0, 0, 0, false}, CTextField::Field7, false},
+    {37, CTarget::Property, 0, {2, 5, 4, false}, CTextField::Unique, false},
+    {38, CTarget::Property, 0, {0, 0, 0, false}, CTextField::Unique, true},
+    {39, CTarget::YesNo, 0, {0, 0, 0, false}, CTextField::Field5, false},
+    {40, CTarget::Cluster, 0, {0, 0, 0, false}, CTextField::Unique, false},
+    {41, CTarget::Slot, 1, {0, 0, 0, false}, CTextField::Unique, false},
+    {43, CTarget::Slot, 2, {0, 0, 0, false}, CTextField::Unique, false},
+    {44, CTarget::Property, 0, {59, 75, 75, false}, CTextField::Unique, false},
+    {45, CTarget::Property, 0, {74, 95, 95, false}, CTextField::Unique, false},
+    {46, CTarget::Property, 0, {75, 96, 96, false}, CTextField::Unique, false},
 };
 
 // String codes that pass the caller's text to the property manager as given
@@ -78,19 +76,6 @@ constexpr CTextProperty kTextProperties[] = {
     {49, 44, 58, "YES"},  {50, 46, 60, "YES"},  {51, 45, 59, "NO"},
 };
 
-struct CBufferPool {
-    const char* keyword;
-    int valueNo;
-};
-constexpr CBufferPool kBufferPools[] = {{"DEFAULT", 31}, {"KEEP", 32}, {"RECYCLE", 33}};
-constexpr int kBufferPoolProperty = 24;
-
-template <class Entry, std::size_t N>
-const Entry* FindEntry(const Entry (&table)[N], int code) {
-    for (const Entry& entry : table)
-        if (entry.code == code) return &entry;
-    return nullptr;
-}
 
 
 // A size such as 10M or 2G: the leading number times 1024 for M or 1048576
@@ -106,7 +91,7 @@ std::int32_t ParseSize(CString text) {
 }  // namespace
 
 int CVrnApiIndex::SetProperty(int code, std::int32_t value) {
-    const CIntegerProperty* entry = FindEntry(kIntegerProperties, code);
+    const CIntegerProperty* entry = FindOption(kIntegerProperties, code);
     if (!entry) return 0;
     switch (entry->target) {
         case CTarget::Slot:
@@ -130,10 +115,9 @@ int CVrnApiIndex::SetProperty(int code, std::int32_t value) {
     if (entry->reverseKeyOnly && !PlatformHasRule(m_pOwner->GetDbType(), kRuleReverseKeyIndexes)) return 1;
     CPropertyMgr* properties = m_pOwner->GetPropertyMgr();
     if (!properties) return 0;
-    const CString decimal = CString::FromInt(value);
-    return properties->InsertIndexProperty(m_indexKey, entry->propertyNo,
-                                           value != 0 ? entry->valueIfNonzero : entry->valueIfZero,
-                                           entry->decimalText ? decimal.GetString() : nullptr, 0);
+    CString digits;
+    return properties->InsertIndexProperty(m_indexKey, entry->property.propertyNo, entry->property.ValueNo(value),
+                                           entry->property.Text(value, digits), 0);
 }
 
 int CVrnApiIndex::SetStringProperty(int code, const char* text) {
@@ -154,7 +138,7 @@ int CVrnApiIndex::SetStringProperty(int code, const char* text) {
         default:
             break;
     }
-    const CTextProperty* textEntry = FindEntry(kTextProperties, code);
+    const CTextProperty* textEntry = FindOption(kTextProperties, code);
     if (!textEntry && code != 27 && code != 53) return 0;
 
     CPropertyMgr* properties = m_pOwner ? m_pOwner->GetPropertyMgr() : nullptr;
@@ -181,9 +165,8 @@ int CVrnApiIndex::SetStringProperty(int code, const char* text) {
 
     // Code 27, the buffer pool: the three keywords exactly; on DB2 for OS/390
     // any other named pool is kept as the default pool with its name.
-    for (const CBufferPool& pool : kBufferPools)
-        if (value == pool.keyword)
-            return properties->InsertIndexProperty(m_indexKey, kBufferPoolProperty, pool.valueNo, nullptr, 0);
+    if (const CBufferPool* pool = FindBufferPool(value))
+        return properties->InsertIndexProperty(m_indexKey, kBufferPoolProperty, pool->valueNo, nullptr, 0);
     if (value.IsEmpty() || !PlatformHasRule(m_pOwner->GetDbType(), kRuleAnyBufferPoolName)) return 0;
-    return properties->InsertIndexProperty(m_indexKey, kBufferPoolProperty, 31, value, 0);
+    return properties->InsertIndexProperty(m_indexKey, kBufferPoolProperty, kNamedBufferPoolValue, value, 0);
 }
