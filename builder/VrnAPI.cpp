@@ -14,7 +14,7 @@ IMPLEMENT_DYNCREATE(CVrnAPI, CCmdTarget)
 namespace {
 
 // The version number written into the version and diagram rows.
-constexpr u32 kModelVersionNo = 210;
+constexpr std::uint32_t kModelVersionNo = 210;
 
 CString LoadText(unsigned id) {
     CString text;

@@ -26,7 +26,7 @@ bool EqualsAny(const char* text, std::initializer_list<const char*> words) {
 
 // The datatype code given when a client's datatype text names nothing known.
 constexpr const char* kDefaultDatatype = "CH";
-constexpr i32 kDefaultWidth = 10;
+constexpr std::int32_t kDefaultWidth = 10;
 
 // The datatype codes are a handful of constant texts: every attribute shares
 // one copy of its code instead of holding its own. The table is made once and
@@ -109,8 +109,8 @@ CVrnApiAttribute* CVrnApiEntity::AddAttribute(unsigned long /*unused*/, const ch
         }
         if (EqualsAny(mapped, {"CH", "VAR", "CHN", "VAN"}) && w == -1) w = 1;
         attribute->m_datatype = SharedDatatypeCode(mapped);
-        attribute->m_width = static_cast<i32>(w >= 0 ? w : kDefaultWidth);
-        attribute->m_scale = static_cast<i32>(s >= 0 ? s : 0);
+        attribute->m_width = static_cast<std::int32_t>(w >= 0 ? w : kDefaultWidth);
+        attribute->m_scale = static_cast<std::int32_t>(s >= 0 ? s : 0);
     }
 
     if (name) {

@@ -143,19 +143,19 @@ int CVrnAPI::SetAttributeProperty(unsigned long attributeId, int code, long valu
     if (!attribute) return 0;
     switch (code) {
         case 6:
-            attribute->m_width = static_cast<i32>(value);
+            attribute->m_width = static_cast<std::int32_t>(value);
             return 1;
         case 7:
-            attribute->m_scale = static_cast<i32>(value);
+            attribute->m_scale = static_cast<std::int32_t>(value);
             return 1;
         case 8:
             attribute->m_nullOption = value != 0 ? 1 : 0;
             return 1;
         case 12:
-            attribute->m_option12 = static_cast<i32>(value);
+            attribute->m_option12 = static_cast<std::int32_t>(value);
             return 1;
         case 13:
-            attribute->m_option13 = static_cast<i32>(value);
+            attribute->m_option13 = static_cast<std::int32_t>(value);
             return 1;
         case 14:
             if (value != 0) attribute->m_flagText.Set(0, "Y");

@@ -126,7 +126,7 @@ int CVrnApiEntity::SetProperty(int code, long value) {
     if (!entry) return 0;
     if (entry->target == CTarget::Slot) {
         if (!m_pTableStorage) return 0;  // an entity without a builder has no storage row
-        m_pTableStorage->m_params[entry->slot - 1] = static_cast<i32>(value);
+        m_pTableStorage->m_params[entry->slot - 1] = static_cast<std::int32_t>(value);
         return 1;
     }
     CPropertyMgr* properties = m_pOwner ? m_pOwner->GetPropertyMgr() : nullptr;

@@ -11,7 +11,7 @@ CVrnApiEntity::CVrnApiEntity() = default;
 CVrnApiEntity::CVrnApiEntity(CVrnAPI* owner) : m_pOwner(owner) {
     if (!owner) return;  // no builder, no factory: the entity stays without a storage row
     m_pTableStorage = owner->MakeRow<CNSOutputTableStorage>();
-    for (i32& slot : m_pTableStorage->m_params) slot = -1;
+    for (std::int32_t& slot : m_pTableStorage->m_params) slot = -1;
 }
 
 CVrnApiEntity::~CVrnApiEntity() {

@@ -9,7 +9,7 @@ const char* const CVrnApiIndex::KEYTYPE_INV = "I";
 CVrnApiIndex::CVrnApiIndex(CVrnAPI* owner) : m_pOwner(owner) {
     if (!owner) return;  // no builder, no factory: the index stays without a storage row
     m_pStorage = owner->MakeRow<CNSOutputIndexStorage>();
-    for (i32& slot : m_pStorage->m_params) slot = -1;
+    for (std::int32_t& slot : m_pStorage->m_params) slot = -1;
 }
 
 CVrnApiIndex::~CVrnApiIndex() {

@@ -196,7 +196,7 @@ public:
     static constexpr const char* kTableName = "DbTrigger";
     static constexpr ERowType kRowType = ERowType::Trigger;
     CString m_owner, m_name, m_t3, m_sqlText;
-    i32 m_trailing = 1;
+    std::int32_t m_trailing = 1;
     void OutputRow();
     void ListFields(CRowFieldVisitor& v) const;
 };

@@ -1,6 +1,6 @@
 #include "store/RowBases.h"
 
-void ListStorageParams(CRowFieldVisitor& v, const i32 (&params)[kStorageParamCount]) {
+void ListStorageParams(CRowFieldVisitor& v, const std::int32_t (&params)[kStorageParamCount]) {
     static const char* const kColumns[kStorageParamCount] = {"param1", "param2", "param3", "param4",
                                                              "param5", "param6", "param7", "param8",
                                                              "param9", "param10", "param11"};

@@ -12,18 +12,15 @@
 
 #include "store/DbObjectBase.h"
 
-using u32 = std::uint32_t;
-using i32 = std::int32_t;
-
 // The eleven storage parameter slots of a table or index storage row.
 constexpr int kStorageParamCount = 11;
 
-void ListStorageParams(CRowFieldVisitor& v, const i32 (&params)[kStorageParamCount]);
+void ListStorageParams(CRowFieldVisitor& v, const std::int32_t (&params)[kStorageParamCount]);
 
 class CVersionBase : public CRowBaseT<CVersionBase> {
 public:
-    u32 m_versionNo = 0;
-    u32 m_n2 = 0;
+    std::uint32_t m_versionNo = 0;
+    std::uint32_t m_n2 = 0;
     CVrnString m_product;
 
     auto RowKey() const { return std::make_tuple(m_versionNo); }
@@ -36,9 +33,9 @@ public:
 
 class CDiagramBase : public CRowBaseT<CDiagramBase> {
 public:
-    u32 m_diagramNo = 0;
-    u32 m_n2 = 0;
-    u32 m_versionNo = 0;
+    std::uint32_t m_diagramNo = 0;
+    std::uint32_t m_n2 = 0;
+    std::uint32_t m_versionNo = 0;
     CVrnDateTime m_created;
     CVrnDateTime m_modified;
 
@@ -54,11 +51,11 @@ public:
 
 class CModelBase : public CRowBaseT<CModelBase> {
 public:
-    u32 m_diagramNo = 0;
-    u32 m_modelNo = 0;
-    u32 m_n3 = 0;
-    u32 m_n4 = 0;
-    u32 m_n5 = 0;
+    std::uint32_t m_diagramNo = 0;
+    std::uint32_t m_modelNo = 0;
+    std::uint32_t m_n3 = 0;
+    std::uint32_t m_n4 = 0;
+    std::uint32_t m_n5 = 0;
 
     VRN_TECH_KEY(m_modelNo)
     auto RowKey() const { return std::make_tuple(m_diagramNo, m_modelNo); }
@@ -73,11 +70,11 @@ public:
 
 class CEntityBase : public CRowBaseT<CEntityBase> {
 public:
-    u32 m_diagramNo = 0;
-    u32 m_modelNo = 0;
-    u32 m_entityKey = 0;
-    u32 m_tableKey = 0;  // the entity key copy
-    u32 m_modelNoCopy = 0;
+    std::uint32_t m_diagramNo = 0;
+    std::uint32_t m_modelNo = 0;
+    std::uint32_t m_entityKey = 0;
+    std::uint32_t m_tableKey = 0;  // the entity key copy
+    std::uint32_t m_modelNoCopy = 0;
 
     VRN_TECH_KEY(m_entityKey)
     auto RowKey() const { return std::make_tuple(m_entityKey); }
@@ -92,13 +89,13 @@ public:
 
 class CTableStorageBase : public CRowBaseT<CTableStorageBase> {
 public:
-    u32 m_diagramNo = 0;
-    u32 m_modelNo = 0;
-    u32 m_entityKey = 0;
-    u32 m_n4 = 0;
-    u32 m_tableKey = 0;
+    std::uint32_t m_diagramNo = 0;
+    std::uint32_t m_modelNo = 0;
+    std::uint32_t m_entityKey = 0;
+    std::uint32_t m_n4 = 0;
+    std::uint32_t m_tableKey = 0;
     CVrnString m_storageSpace;
-    i32 m_params[kStorageParamCount] = {};
+    std::int32_t m_params[kStorageParamCount] = {};
 
     VRN_TECH_KEY(m_tableKey)
     auto RowKey() const { return std::make_tuple(m_entityKey); }
@@ -115,37 +112,37 @@ public:
 
 class CAttributeBase : public CRowBaseT<CAttributeBase> {
 public:
-    u32 m_diagramNo = 0;
-    u32 m_modelNo = 0;
-    u32 m_entityKey = 0;
-    u32 m_attributeNo = 0;
-    u32 m_attributeId = 0;
-    u32 m_tableKey = 0;
-    u32 m_userDatatypeId = 0;
-    u32 m_ruleId = 0;
-    u32 m_defaultId = 0;
-    i32 m_attributeNameNs = 0;
-    i32 m_columnNameNs = 0;
-    i32 m_definitionNs = 0;
-    i32 m_roleNameNs = 0;
-    i32 m_datatypeNs = 0;
-    i32 m_nullOption = 0;
-    i32 m_width = 0;
-    i32 m_scale = 0;
+    std::uint32_t m_diagramNo = 0;
+    std::uint32_t m_modelNo = 0;
+    std::uint32_t m_entityKey = 0;
+    std::uint32_t m_attributeNo = 0;
+    std::uint32_t m_attributeId = 0;
+    std::uint32_t m_tableKey = 0;
+    std::uint32_t m_userDatatypeId = 0;
+    std::uint32_t m_ruleId = 0;
+    std::uint32_t m_defaultId = 0;
+    std::int32_t m_attributeNameNs = 0;
+    std::int32_t m_columnNameNs = 0;
+    std::int32_t m_definitionNs = 0;
+    std::int32_t m_roleNameNs = 0;
+    std::int32_t m_datatypeNs = 0;
+    std::int32_t m_nullOption = 0;
+    std::int32_t m_width = 0;
+    std::int32_t m_scale = 0;
     CVrnString m_flagText;
-    i32 m_option12 = 0;
-    i32 m_option13 = 0;
-    u32 m_sequenceNo = 0;
-    i32 m_checkConstraintNs = 0;
-    i32 m_defaultTextNs = 0;
-    i32 m_attributeNameGiven = 0;
-    i32 m_roleNameGiven = 0;
-    i32 m_roleNameCopyGiven = 0;
-    u32 m_parentAttributeNo = 0;
-    i32 m_userDatatypeNs = 0;
-    u32 m_constraintFlags = 0;
-    u32 m_relationKey = 0;  // the key copy of the foreign key that owns a migrated attribute
-    u32 m_nCopy = 0;
+    std::int32_t m_option12 = 0;
+    std::int32_t m_option13 = 0;
+    std::uint32_t m_sequenceNo = 0;
+    std::int32_t m_checkConstraintNs = 0;
+    std::int32_t m_defaultTextNs = 0;
+    std::int32_t m_attributeNameGiven = 0;
+    std::int32_t m_roleNameGiven = 0;
+    std::int32_t m_roleNameCopyGiven = 0;
+    std::uint32_t m_parentAttributeNo = 0;
+    std::int32_t m_userDatatypeNs = 0;
+    std::uint32_t m_constraintFlags = 0;
+    std::uint32_t m_relationKey = 0;  // the key copy of the foreign key that owns a migrated attribute
+    std::uint32_t m_nCopy = 0;
 
     VRN_TECH_KEY(m_attributeId)
     auto RowKey() const { return std::make_tuple(m_entityKey, m_attributeNo); }
@@ -154,13 +151,13 @@ public:
 
 class CPrimaryKeyBase : public CRowBaseT<CPrimaryKeyBase> {
 public:
-    u32 m_diagramNo = 0;
-    u32 m_modelNo = 0;
-    u32 m_entityKey = 0;
-    u32 m_attributeNo = 0;
-    u32 m_n5 = 0;
-    u32 m_attributeId = 0;
-    u32 m_sequenceNo = 0;
+    std::uint32_t m_diagramNo = 0;
+    std::uint32_t m_modelNo = 0;
+    std::uint32_t m_entityKey = 0;
+    std::uint32_t m_attributeNo = 0;
+    std::uint32_t m_n5 = 0;
+    std::uint32_t m_attributeId = 0;
+    std::uint32_t m_sequenceNo = 0;
 
     VRN_TECH_KEY(m_entityKey)
     auto RowKey() const { return std::make_tuple(m_entityKey, m_attributeNo); }
@@ -177,12 +174,12 @@ public:
 
 class CIndexesBase : public CRowBaseT<CIndexesBase> {
 public:
-    u32 m_diagramNo = 0;
-    u32 m_modelNo = 0;
-    u32 m_entityKey = 0;
-    u32 m_indexNo = 0;
-    u32 m_indexKey = 0;
-    u32 m_tableKey = 0;
+    std::uint32_t m_diagramNo = 0;
+    std::uint32_t m_modelNo = 0;
+    std::uint32_t m_entityKey = 0;
+    std::uint32_t m_indexNo = 0;
+    std::uint32_t m_indexKey = 0;
+    std::uint32_t m_tableKey = 0;
     CVrnString m_keyType;
 
     VRN_TECH_KEY(m_indexKey)
@@ -200,15 +197,15 @@ public:
 
 class CIndexColumnBase : public CRowBaseT<CIndexColumnBase> {
 public:
-    u32 m_diagramNo = 0;
-    u32 m_modelNo = 0;
-    u32 m_entityKey = 0;
-    u32 m_indexNo = 0;
-    u32 m_attributeNo = 0;
-    u32 m_n6 = 0;
-    u32 m_n7 = 0;
-    u32 m_indexKey = 0;
-    u32 m_sequenceNo = 0;
+    std::uint32_t m_diagramNo = 0;
+    std::uint32_t m_modelNo = 0;
+    std::uint32_t m_entityKey = 0;
+    std::uint32_t m_indexNo = 0;
+    std::uint32_t m_attributeNo = 0;
+    std::uint32_t m_n6 = 0;
+    std::uint32_t m_n7 = 0;
+    std::uint32_t m_indexKey = 0;
+    std::uint32_t m_sequenceNo = 0;
     CVrnString m_sortOrder;
 
     VRN_TECH_KEY(m_indexKey)
@@ -229,14 +226,14 @@ public:
 
 class CIndexStorageBase : public CRowBaseT<CIndexStorageBase> {
 public:
-    u32 m_diagramNo = 0;
-    u32 m_modelNo = 0;
-    u32 m_entityKey = 0;
-    u32 m_indexNo = 0;
-    u32 m_n5 = 0;
-    u32 m_indexKey = 0;
+    std::uint32_t m_diagramNo = 0;
+    std::uint32_t m_modelNo = 0;
+    std::uint32_t m_entityKey = 0;
+    std::uint32_t m_indexNo = 0;
+    std::uint32_t m_n5 = 0;
+    std::uint32_t m_indexKey = 0;
     CVrnString m_storageSpace;
-    i32 m_params[kStorageParamCount] = {};
+    std::int32_t m_params[kStorageParamCount] = {};
 
     VRN_TECH_KEY(m_indexKey)
     auto RowKey() const { return std::make_tuple(m_entityKey, m_indexNo); }
@@ -254,21 +251,21 @@ public:
 
 class CForeignKeyBase : public CRowBaseT<CForeignKeyBase> {
 public:
-    u32 m_diagramNo = 0;
-    u32 m_modelNo = 0;
-    u32 m_fkKeyCopy = 0;
-    u32 m_fkKey = 0;
-    u32 m_n5 = 0;
-    u32 m_n6 = 0;
-    u32 m_parentEntityKey = 0;
-    u32 m_childEntityKey = 0;
-    u32 m_referencedKey = 0;
-    u32 m_n10 = 0;
-    u32 m_n11 = 0;
-    u32 m_n12 = 0;
-    u32 m_n13 = 0;
-    u32 m_n14 = 0;
-    u32 m_n15 = 0;
+    std::uint32_t m_diagramNo = 0;
+    std::uint32_t m_modelNo = 0;
+    std::uint32_t m_fkKeyCopy = 0;
+    std::uint32_t m_fkKey = 0;
+    std::uint32_t m_n5 = 0;
+    std::uint32_t m_n6 = 0;
+    std::uint32_t m_parentEntityKey = 0;
+    std::uint32_t m_childEntityKey = 0;
+    std::uint32_t m_referencedKey = 0;
+    std::uint32_t m_n10 = 0;
+    std::uint32_t m_n11 = 0;
+    std::uint32_t m_n12 = 0;
+    std::uint32_t m_n13 = 0;
+    std::uint32_t m_n14 = 0;
+    std::uint32_t m_n15 = 0;
 
     VRN_TECH_KEY(m_fkKey)
     auto RowKey() const { return std::make_tuple(m_fkKey); }
@@ -277,18 +274,18 @@ public:
 
 class CForeignKeyColumnBase : public CRowBaseT<CForeignKeyColumnBase> {
 public:
-    u32 m_columnKey = 0;
-    u32 m_diagramNo = 0;
-    u32 m_modelNo = 0;
-    u32 m_fkKeyCopy = 0;
-    u32 m_fkKey = 0;
-    u32 m_sequenceNo = 0;
-    u32 m_parentEntityKey = 0;
-    u32 m_parentAttributeNo = 0;
-    u32 m_childEntityKey = 0;
-    u32 m_childAttributeNo = 0;
-    u32 m_originEntityKey = 0;
-    u32 m_originAttributeNo = 0;
+    std::uint32_t m_columnKey = 0;
+    std::uint32_t m_diagramNo = 0;
+    std::uint32_t m_modelNo = 0;
+    std::uint32_t m_fkKeyCopy = 0;
+    std::uint32_t m_fkKey = 0;
+    std::uint32_t m_sequenceNo = 0;
+    std::uint32_t m_parentEntityKey = 0;
+    std::uint32_t m_parentAttributeNo = 0;
+    std::uint32_t m_childEntityKey = 0;
+    std::uint32_t m_childAttributeNo = 0;
+    std::uint32_t m_originEntityKey = 0;
+    std::uint32_t m_originAttributeNo = 0;
 
     VRN_TECH_KEY(m_columnKey)
     auto RowKey() const { return std::make_tuple(m_columnKey); }
@@ -297,14 +294,14 @@ public:
 
 class CCheckConstraintsBase : public CRowBaseT<CCheckConstraintsBase> {
 public:
-    u32 m_diagramNo = 0;
-    u32 m_modelNo = 0;
-    u32 m_entityKey = 0;
-    u32 m_constraintNo = 0;
-    u32 m_constraintKey = 0;
-    u32 m_tableKey = 0;
-    u32 m_attributeId = 0;
-    u32 m_attributeNo = 0;
+    std::uint32_t m_diagramNo = 0;
+    std::uint32_t m_modelNo = 0;
+    std::uint32_t m_entityKey = 0;
+    std::uint32_t m_constraintNo = 0;
+    std::uint32_t m_constraintKey = 0;
+    std::uint32_t m_tableKey = 0;
+    std::uint32_t m_attributeId = 0;
+    std::uint32_t m_attributeNo = 0;
 
     VRN_TECH_KEY(m_constraintKey)
     auto RowKey() const { return std::make_tuple(m_constraintKey); }
@@ -322,7 +319,7 @@ public:
 
 class CDefaultsBase : public CRowBaseT<CDefaultsBase> {
 public:
-    u32 m_defaultId = 0;
+    std::uint32_t m_defaultId = 0;
 
     auto RowKey() const { return std::make_tuple(m_defaultId); }
     void ListFields(CRowFieldVisitor& v) const { v.Int("default_id", m_defaultId); }
@@ -330,7 +327,7 @@ public:
 
 class CRulesBase : public CRowBaseT<CRulesBase> {
 public:
-    u32 m_ruleId = 0;
+    std::uint32_t m_ruleId = 0;
 
     auto RowKey() const { return std::make_tuple(m_ruleId); }
     void ListFields(CRowFieldVisitor& v) const { v.Int("rule_id", m_ruleId); }
@@ -338,11 +335,11 @@ public:
 
 class CUserDatatypeBase : public CRowBaseT<CUserDatatypeBase> {
 public:
-    u32 m_userDatatypeId = 0;
-    i32 m_length = 0;
-    i32 m_scale = 0;
-    u32 m_defaultId = 0;
-    u32 m_ruleId = 0;
+    std::uint32_t m_userDatatypeId = 0;
+    std::int32_t m_length = 0;
+    std::int32_t m_scale = 0;
+    std::uint32_t m_defaultId = 0;
+    std::uint32_t m_ruleId = 0;
 
     auto RowKey() const { return std::make_tuple(m_userDatatypeId); }
     void ListFields(CRowFieldVisitor& v) const {
@@ -356,10 +353,10 @@ public:
 
 class CDbTriggerBase : public CRowBaseT<CDbTriggerBase> {
 public:
-    u32 m_triggerKey = 0;
-    u32 m_parentValue = 0;
-    i32 m_isInvalid = 0;
-    i32 m_kind = 0;
+    std::uint32_t m_triggerKey = 0;
+    std::uint32_t m_parentValue = 0;
+    std::int32_t m_isInvalid = 0;
+    std::int32_t m_kind = 0;
 
     VRN_TECH_KEY(m_triggerKey)
     auto RowKey() const { return std::make_tuple(m_triggerKey); }
@@ -373,10 +370,10 @@ public:
 
 class CProcBase : public CRowBaseT<CProcBase> {
 public:
-    u32 m_procKey = 0;
-    u32 m_fixedNo = 0;
-    i32 m_kind = 0;
-    i32 m_isInvalid = 0;
+    std::uint32_t m_procKey = 0;
+    std::uint32_t m_fixedNo = 0;
+    std::int32_t m_kind = 0;
+    std::int32_t m_isInvalid = 0;
 
     VRN_TECH_KEY(m_procKey)
     auto RowKey() const { return std::make_tuple(m_procKey); }
@@ -390,8 +387,8 @@ public:
 
 class CDbPackageBase : public CRowBaseT<CDbPackageBase> {
 public:
-    u32 m_packageKey = 0;
-    u32 m_fixedNo = 0;
+    std::uint32_t m_packageKey = 0;
+    std::uint32_t m_fixedNo = 0;
 
     VRN_TECH_KEY(m_packageKey)
     auto RowKey() const { return std::make_tuple(m_packageKey); }
@@ -403,12 +400,12 @@ public:
 
 class CReferenced_ObjectBase : public CRowBaseT<CReferenced_ObjectBase> {
 public:
-    u32 m_objectKey = 0;
-    u32 m_value1 = 0;
-    u32 m_value2 = 0;
-    u32 m_value3 = 0;
-    u32 m_metaTableKey = 0;
-    u32 m_value4 = 0;
+    std::uint32_t m_objectKey = 0;
+    std::uint32_t m_value1 = 0;
+    std::uint32_t m_value2 = 0;
+    std::uint32_t m_value3 = 0;
+    std::uint32_t m_metaTableKey = 0;
+    std::uint32_t m_value4 = 0;
 
     VRN_TECH_KEY(m_objectKey)
     auto RowKey() const { return std::make_tuple(m_objectKey); }
@@ -424,9 +421,9 @@ public:
 
 class CStorage_ObjectBase : public CRowBaseT<CStorage_ObjectBase> {
 public:
-    u32 m_objectKey = 0;
-    u32 m_fixedNo = 0;
-    i32 m_kind = 0;
+    std::uint32_t m_objectKey = 0;
+    std::uint32_t m_fixedNo = 0;
+    std::int32_t m_kind = 0;
 
     VRN_TECH_KEY(m_objectKey)
     auto RowKey() const { return std::make_tuple(m_objectKey); }

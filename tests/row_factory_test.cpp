@@ -116,7 +116,7 @@ TEST(RowFactoryTest, EntitiesAndIndexesComeWithStorageRowsNotGivenAnyParameter) 
     auto* entity = static_cast<CVrnApiEntity*>(made.get());
     ASSERT_NE(entity->m_pTableStorage, nullptr);
     EXPECT_EQ(entity->m_pTableStorage->m_pVrnFile, builder.GetVrnFile());
-    for (i32 slot : entity->m_pTableStorage->m_params) EXPECT_EQ(slot, -1);
+    for (std::int32_t slot : entity->m_pTableStorage->m_params) EXPECT_EQ(slot, -1);
     EXPECT_EQ(entity->m_nextAttributeNo, 1u);
     EXPECT_EQ(entity->m_nextIndexNo, 1);
     EXPECT_EQ(entity->m_isValidView, 1);
@@ -126,7 +126,7 @@ TEST(RowFactoryTest, EntitiesAndIndexesComeWithStorageRowsNotGivenAnyParameter) 
     auto* index = static_cast<CVrnApiIndex*>(madeIndex.get());
     ASSERT_NE(index->m_pStorage, nullptr);
     EXPECT_EQ(index->m_pStorage->m_pGuidMgr, builder.GetGuidMgr());
-    for (i32 slot : index->m_pStorage->m_params) EXPECT_EQ(slot, -1);
+    for (std::int32_t slot : index->m_pStorage->m_params) EXPECT_EQ(slot, -1);
     EXPECT_EQ(index->m_partitionSeq, 0);
 }
 
