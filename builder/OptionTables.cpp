@@ -1,5 +1,7 @@
 #include "builder/OptionTables.h"
 
+namespace vrn {
+
 namespace {
 
 constexpr CBufferPool kBufferPools[] = {
@@ -15,3 +17,5 @@ const CBufferPool* FindBufferPool(const CString& keyword) {
         if (keyword == pool.keyword) return &pool;
     return nullptr;
 }
+
+}  // namespace vrn

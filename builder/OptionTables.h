@@ -10,6 +10,8 @@
 
 #include "framework/AfxString.h"
 
+namespace vrn {
+
 // A numeric option as the property manager stores it: a property number, the
 // value number for a nonzero and for a zero value, and whether the value
 // itself goes along as its decimal text.
@@ -48,3 +50,5 @@ const CBufferPool* FindBufferPool(const CString& keyword);
 // A pool of another name, where the platform allows any (DB2 for OS/390), is
 // stored as the default pool with the name as its text.
 constexpr int kNamedBufferPoolValue = 31;
+
+}  // namespace vrn

@@ -8,6 +8,9 @@
 #include "keys/VrnApiIndex.h"
 #include "store/RowTables.h"
 
+using vrn::CRowTableInfo;
+using vrn::FindRowTable;
+
 namespace {
 
 // The library's own object classes stand in for four output classes, and

@@ -29,7 +29,9 @@ class CVrnApiEntity;
 class CVrnApiAttribute;
 class CVrnApiIndex;
 class CVrnApiForeignKey;
+namespace vrn {
 class CMigrationMap;
+}  // namespace vrn
 
 class CVrnAPI : public CCmdTarget {
     DECLARE_DYNCREATE(CVrnAPI)
@@ -282,7 +284,7 @@ protected:
     CTypedPtrList<CPtrList, CNSOutputReferencedObject*> m_referencedObjectList;
     CTypedPtrList<CPtrList, CNSOutputStorageObj*> m_storageObjectList;
     // The migration map of the latest UpdateRelationships; owned.
-    std::unique_ptr<CMigrationMap> m_pMigrationMap;
+    std::unique_ptr<vrn::CMigrationMap> m_pMigrationMap;
     std::uint32_t m_modelId;
     CString m_db2SqlId;
     std::vector<CRetiredManagers> m_retiredManagers;
@@ -292,9 +294,9 @@ protected:
     CFirstMatchNameIndex<CNSOutputUserDatatype> m_userDatatypeIndex;
     // User datatype n is at index n - 1.
     std::vector<CNSOutputUserDatatype*> m_userDatatypeById;
-    CNameOwnerIndex<CNSOutputTrigger> m_triggerIndex;
-    CNameOwnerIndex<CNSOutputProc> m_procedureIndex;
-    CNameOwnerIndex<CNSOutputPackage> m_packageIndex;
+    vrn::CNameOwnerIndex<CNSOutputTrigger> m_triggerIndex;
+    vrn::CNameOwnerIndex<CNSOutputProc> m_procedureIndex;
+    vrn::CNameOwnerIndex<CNSOutputPackage> m_packageIndex;
     CMapIdToPtr<CNSOutputTrigger> m_triggerMap;
     CMapIdToPtr<CNSOutputProc> m_procedureMap;
     // The first referenced object of (value 1, value 2, value 3, value 4, meta table key).

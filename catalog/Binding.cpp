@@ -8,6 +8,10 @@
 #include "entity/VrnApiAttribute.h"
 #include "entity/VrnApiEntity.h"
 
+using vrn::StripBrackets;
+using vrn::StripNPrefixRun;
+using vrn::StripQuotesAndNPrefix;
+
 namespace {
 
 // The text after the last ".", or the whole text; null when there is no dot.

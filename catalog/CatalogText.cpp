@@ -1,5 +1,7 @@
 #include "catalog/CatalogText.h"
 
+namespace vrn {
+
 CString StripNPrefixRun(const CString& text) {
     int run = 0;
     while (text.GetAt(run) == 'N' || text.GetAt(run) == '\'') ++run;
@@ -55,3 +57,5 @@ CDatatypeText ParseDatatypeText(const CString& text) {
     }
     return parsed;
 }
+
+}  // namespace vrn

@@ -7,6 +7,8 @@
 
 #include "framework/AfxString.h"
 
+namespace vrn {
+
 // Removes the decorations of a quoted catalog name: every trailing, then
 // every leading apostrophe; every trailing, then every leading double quote;
 // then, when the text starts with N followed by an apostrophe, the whole
@@ -35,3 +37,5 @@ struct CDatatypeText {
 };
 
 CDatatypeText ParseDatatypeText(const CString& text);
+
+}  // namespace vrn

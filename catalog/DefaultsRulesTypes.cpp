@@ -4,6 +4,10 @@
 #include "builder/VrnAPI.h"
 #include "catalog/CatalogText.h"
 
+using vrn::CDatatypeText;
+using vrn::ParseDatatypeText;
+using vrn::StripCatalogQuotes;
+
 namespace {
 
 // Appends `row` to `list` and gives it its place in the list as identifier.

@@ -11,6 +11,8 @@
 
 #include "framework/AfxString.h"
 
+namespace vrn {
+
 template <class Row>
 class CNameOwnerIndex {
 public:
@@ -48,3 +50,5 @@ private:
     std::unordered_map<std::string, CHit> m_byNameAndOwner;
     std::size_t m_count = 0;
 };
+
+}  // namespace vrn

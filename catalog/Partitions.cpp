@@ -5,6 +5,12 @@
 #include "entity/VrnApiEntity.h"
 #include "keys/VrnApiIndex.h"
 
+using vrn::CBufferPool;
+using vrn::COptionProperty;
+using vrn::FindBufferPool;
+using vrn::FindOption;
+using vrn::kBufferPoolProperty;
+
 namespace {
 
 // Partition columns are stored as property 7 with value 12 and the column's

@@ -9,6 +9,9 @@
 #include "entity/VrnApiAttribute.h"
 #include "entity/VrnApiEntity.h"
 
+using vrn::COptionProperty;
+using vrn::FindOption;
+
 namespace {
 
 CString UpperCased(const char* text) {

@@ -10,6 +10,11 @@
 #include "builder/VrnAPI.h"
 #include "entity/VrnApiEntity.h"
 
+using vrn::CBufferPool;
+using vrn::COptionProperty;
+using vrn::FindBufferPool;
+using vrn::FindOption;
+
 namespace {
 
 enum class CTarget {

@@ -12,6 +12,13 @@
 #include "builder/VrnAPI.h"
 #include "keys/VrnApiIndex.h"
 
+using vrn::CBufferPool;
+using vrn::COptionProperty;
+using vrn::FindBufferPool;
+using vrn::FindOption;
+using vrn::kBufferPoolProperty;
+using vrn::kNamedBufferPoolValue;
+
 namespace {
 
 enum class CTarget {

@@ -1,5 +1,7 @@
 #include "keys/MigrationMap.h"
 
+namespace vrn {
+
 void CMigrationMap::Enter(std::uint32_t childEntityKey, std::uint32_t childAttributeNo,
                           std::uint32_t parentEntityKey, std::uint32_t parentAttributeNo, std::uint32_t foreignKey,
                           int nonIdentifying, int alternateKey) {
@@ -26,3 +28,5 @@ const CMigrationRecord* CMigrationMap::Lookup(std::uint32_t entityKey, std::uint
     const auto found = m_records.find(Key(entityKey, attributeNo));
     return found == m_records.end() ? nullptr : &found->second;
 }
+
+}  // namespace vrn

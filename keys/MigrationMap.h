@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <unordered_map>
 
+namespace vrn {
+
 struct CMigrationRecord {
     std::uint32_t parentEntityKey = 0;
     std::uint32_t parentAttributeNo = 0;
@@ -33,3 +35,5 @@ private:
 
     std::unordered_map<std::uint64_t, CMigrationRecord> m_records;
 };
+
+}  // namespace vrn

@@ -15,6 +15,9 @@
 #include "keys/VrnApiForeignKey.h"
 #include "keys/VrnApiIndex.h"
 
+using vrn::CMigrationMap;
+using vrn::CMigrationRecord;
+
 namespace {
 
 // Marks of the entities an origin trace has passed through.

@@ -9,6 +9,8 @@
 
 #include "store/FileSystem.h"
 
+namespace vrn {
+
 namespace {
 
 // The most handed to one write, so that no call is asked for more than any
@@ -157,3 +159,5 @@ std::string TemporaryStem(const std::string& target) {
     }
     return (slash == std::string::npos ? std::string() : target.substr(0, slash + 1)) + name;
 }
+
+}  // namespace vrn

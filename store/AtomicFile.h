@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <string>
 
+namespace vrn {
+
 class CFileSystem;
 
 // Replaces `target` (or creates it) with the `size` bytes at `data`. They are
@@ -32,3 +34,5 @@ std::string DirectoryOf(const std::string& path);
 // boundary, so that what a suffix adds never goes past the file system's limit
 // on a name (255 bytes) however long the target's name is.
 std::string TemporaryStem(const std::string& target);
+
+}  // namespace vrn

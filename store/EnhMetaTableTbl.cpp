@@ -4,6 +4,11 @@
 #include "store/TableWriter.h"
 #include "store/VrnFile.h"
 
+using vrn::CTableWriter;
+using vrn::FindRowTable;
+using vrn::kRowTableCount;
+using vrn::kRowTables;
+
 unsigned long CEnhMetaTableTbl::GetTechKey(int metaTableNo) const {
     return FindRowTable(metaTableNo) ? kTechKeyBase + static_cast<unsigned long>(metaTableNo) : 0;
 }

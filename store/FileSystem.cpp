@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <cstdlib>
 
+namespace vrn {
+
 CFileSystem::~CFileSystem() = default;
 
 namespace {
@@ -95,3 +97,5 @@ CFileSystem& CFileSystem::Default() {
     static CPosixFileSystem* const fileSystem = new CPosixFileSystem;  // never destroyed: usable during exit
     return *fileSystem;
 }
+
+}  // namespace vrn

@@ -13,6 +13,8 @@
 #include <cstddef>
 #include <string>
 
+namespace vrn {
+
 class CFileSystem {
 public:
     CFileSystem() = default;
@@ -54,3 +56,5 @@ public:
     // The permissions this process gives a new file: 0666 less its umask.
     virtual mode_t DefaultFileMode() = 0;
 };
+
+}  // namespace vrn

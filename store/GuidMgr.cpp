@@ -7,6 +7,11 @@
 #include "store/TableWriter.h"
 #include "store/VrnFile.h"
 
+using vrn::CStatement;
+using vrn::CTableWriter;
+using vrn::kRowTableCount;
+using vrn::kRowTables;
+
 int CGuidMgr::Init(unsigned typeCount, unsigned long firstAddedType) {
     m_initTypeCount = typeCount;
     m_initFirstAddedType = firstAddedType;

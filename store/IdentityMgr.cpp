@@ -6,6 +6,9 @@
 #include "store/TableWriter.h"
 #include "store/VrnFile.h"
 
+using vrn::CStatement;
+using vrn::CTableWriter;
+
 int CIdentityMgr::Init() {
     m_lastKeys.clear();
     if (!m_pFile || !m_pFile->IsOpenedFile()) return 1;

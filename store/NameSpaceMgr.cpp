@@ -3,6 +3,9 @@
 #include "store/TableWriter.h"
 #include "store/VrnFile.h"
 
+using vrn::CStatement;
+using vrn::CTableWriter;
+
 int CNameSpaceMgr::Init(unsigned textCount, unsigned hashSize, int /*reserved1*/, int openedFile,
                         int /*reserved2*/) {
     m_initTextCount = textCount;

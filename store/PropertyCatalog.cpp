@@ -1,5 +1,7 @@
 #include "store/PropertyCatalog.h"
 
+namespace vrn {
+
 // Property numbers. Storage parameters come in the order of the eleven
 // storage slots' codes; the catalogue keeps one number per option, whichever
 // object (table, overflow segment, index, partition) it is stored for.
@@ -149,3 +151,5 @@ const CPropertyValueInfo* FindPropertyValue(int valueNo) {
         if (info.valueNo == valueNo) return &info;
     return nullptr;
 }
+
+}  // namespace vrn

@@ -4,6 +4,8 @@
 // these numbers; the manager accepts only numbers that stand here.
 #pragma once
 
+namespace vrn {
+
 struct CPropertyInfo {
     int propertyNo;
     const char* name;
@@ -23,3 +25,5 @@ extern const int kPropertyValueCount;
 // Null when the number is not in the catalogue.
 const CPropertyInfo* FindProperty(int propertyNo);
 const CPropertyValueInfo* FindPropertyValue(int valueNo);
+
+}  // namespace vrn

@@ -6,6 +6,15 @@
 #include "store/TableWriter.h"
 #include "store/VrnFile.h"
 
+using vrn::CPropertyValueInfo;
+using vrn::CStatement;
+using vrn::CStoreDb;
+using vrn::CTableWriter;
+using vrn::FindProperty;
+using vrn::FindPropertyValue;
+using vrn::kPropertyValueCount;
+using vrn::kPropertyValues;
+
 namespace {
 
 bool FitsKey(unsigned long key) { return key != 0 && key <= std::numeric_limits<std::uint32_t>::max(); }

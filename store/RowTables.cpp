@@ -2,6 +2,8 @@
 
 #include "store/NSOutput.h"
 
+namespace vrn {
+
 namespace {
 
 template <class Row>
@@ -39,3 +41,5 @@ const CRowTableInfo* FindRowTable(int rowType) {
         if (table.rowType == rowType) return &table;
     return nullptr;
 }
+
+}  // namespace vrn

@@ -8,6 +8,8 @@
 class CNSOutputBase;
 class CRowFieldVisitor;
 
+namespace vrn {
+
 struct CRowTableInfo {
     int rowType;
     const char* tableName;
@@ -22,3 +24,5 @@ extern const std::size_t kRowTableCount;
 
 // The entry of a row type, or null.
 const CRowTableInfo* FindRowTable(int rowType);
+
+}  // namespace vrn

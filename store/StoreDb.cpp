@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+namespace vrn {
+
 CStatement::~CStatement() { sqlite3_finalize(m_stmt); }
 
 CStatement& CStatement::operator=(CStatement&& other) noexcept {
@@ -117,3 +119,5 @@ std::string QuoteIdentifier(const std::string& name) {
     }
     return quoted + "\"";
 }
+
+}  // namespace vrn

@@ -11,6 +11,8 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
+namespace vrn {
+
 class CStatement {
 public:
     CStatement() = default;
@@ -76,3 +78,5 @@ private:
 
 // Quotes an identifier for SQL ("name" with inner quotes doubled).
 std::string QuoteIdentifier(const std::string& name);
+
+}  // namespace vrn

@@ -4,6 +4,8 @@
 
 #include "store/VrnFile.h"
 
+namespace vrn {
+
 CTableWriter::CTableWriter(CVrnFile& file, const char* table, const char* columns, EDuplicates duplicates)
     : m_file(file), m_table(table) {
     CStoreDb& db = file.GetDb();
@@ -25,3 +27,5 @@ void CTableWriter::Add() {
         m_file.NoteWriteFailure("cannot write a row of table " + m_table + ": " + m_file.GetDb().ConnectionError());
     m_insert.Reset();
 }
+
+}  // namespace vrn

@@ -10,6 +10,8 @@
 
 class CVrnFile;
 
+namespace vrn {
+
 class CTableWriter {
 public:
     // What a row whose primary key is already written does: fail (and so
@@ -33,3 +35,5 @@ private:
     std::string m_table;
     CStatement m_insert;
 };
+
+}  // namespace vrn

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 #include "store/AtomicFile.h"
@@ -16,6 +17,15 @@
 #include "store/IdentityMgr.h"
 #include "store/NameSpaceMgr.h"
 #include "store/RowTables.h"
+#include "store/StoreDb.h"
+
+using vrn::CFileSystem;
+using vrn::CStatement;
+using vrn::CStoreDb;
+using vrn::QuoteIdentifier;
+using vrn::WriteFileAtomically;
+using vrn::kRowTableCount;
+using vrn::kRowTables;
 
 namespace {
 
@@ -120,7 +130,17 @@ std::string Quoted(const std::string& path) { return "'" + path + "'"; }
 
 }  // namespace
 
-CVrnFile::CVrnFile() : m_pDb(new CStoreDb), m_pIdentityMgr(new CIdentityMgr(this)) {
+// The prepared insert of each row table, made on its first row.
+struct CVrnFile::CInsert {
+    CStatement stmt;
+    int columnCount = 0;
+};
+struct CVrnFile::CInsertCache {
+    std::unordered_map<const char*, CInsert> byTable;  // by the address of the table's name
+};
+
+CVrnFile::CVrnFile()
+    : m_pDb(new CStoreDb), m_pIdentityMgr(new CIdentityMgr(this)), m_pInserts(new CInsertCache) {
     if (!CreateSchema()) m_lastError = "cannot create the model in memory: " + m_pDb->LastError();
 }
 
@@ -145,8 +165,8 @@ bool CVrnFile::CreateSchema() {
 
 CVrnFile::CInsert* CVrnFile::InsertFor(const char* table) {
     // Row classes name their table with one constant text each: its address is the key.
-    auto found = m_inserts.find(table);
-    if (found != m_inserts.end()) return &found->second;
+    auto found = m_pInserts->byTable.find(table);
+    if (found != m_pInserts->byTable.end()) return &found->second;
     CSchemaRecorder recorder;
     for (std::size_t i = 0; i < kRowTableCount; ++i)
         if (std::strcmp(kRowTables[i].tableName, table) == 0) kRowTables[i].describe(recorder);
@@ -157,7 +177,7 @@ CVrnFile::CInsert* CVrnFile::InsertFor(const char* table) {
     insert.stmt = m_pDb->Prepare(sql + ")");
     insert.columnCount = recorder.count;
     if (!insert.stmt.IsValid()) return nullptr;
-    return &m_inserts.emplace(table, std::move(insert)).first->second;
+    return &m_pInserts->byTable.emplace(table, std::move(insert)).first->second;
 }
 
 void CVrnFile::WriteRecord(const char* table, CNameSpaceMgr* nameSpace,

@@ -14,13 +14,14 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <unordered_map>
-
-#include "store/StoreDb.h"
 
 class CIdentityMgr;
 class CNameSpaceMgr;
 class CRowFieldVisitor;
+
+namespace vrn {
+class CStoreDb;
+}  // namespace vrn
 
 class CVrnFile {
 public:
@@ -51,8 +52,8 @@ public:
     // True once Open has loaded a file.
     bool IsOpenedFile() const { return m_bOpened; }
 
-    // For the store's own managers and rows.
-    CStoreDb& GetDb() { return *m_pDb; }
+    // For the store's own managers and rows: the model in memory.
+    vrn::CStoreDb& GetDb() { return *m_pDb; }
     // Appends one record to `table`; `listFields` lists the row's fields in
     // order. Name-space texts are entered through `nameSpace` when it is given.
     void WriteRecord(const char* table, CNameSpaceMgr* nameSpace,
@@ -64,19 +65,17 @@ public:
     const std::string& GetWriteFailure() const { return m_writeFailure; }
 
 private:
-    struct CInsert {
-        CStatement stmt;
-        int columnCount = 0;
-    };
+    struct CInsert;
+    struct CInsertCache;
 
     bool CreateSchema();
     bool LoadFrom(const std::string& path);
     bool Fail(const std::string& reason);
     CInsert* InsertFor(const char* table);
 
-    std::unique_ptr<CStoreDb> m_pDb;
+    std::unique_ptr<vrn::CStoreDb> m_pDb;
     std::unique_ptr<CIdentityMgr> m_pIdentityMgr;
-    std::unordered_map<const char*, CInsert> m_inserts;  // by the address of the table's name
+    std::unique_ptr<CInsertCache> m_pInserts;
     std::int64_t m_nextRowSeq = 1;
     bool m_bOpened = false;
     std::string m_lastError;

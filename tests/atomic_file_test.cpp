@@ -20,6 +20,11 @@
 #include "store/AtomicFile.h"
 #include "store/FileSystem.h"
 
+using vrn::CFileSystem;
+using vrn::DirectoryOf;
+using vrn::TemporaryStem;
+using vrn::WriteFileAtomically;
+
 namespace {
 
 enum class EStep {

@@ -5,6 +5,9 @@
 #include "TestBuilder.h"
 #include "catalog/CatalogText.h"
 
+using vrn::StripBrackets;
+using vrn::StripQuotesAndNPrefix;
+
 namespace {
 
 class BindingTest : public ::testing::Test {

@@ -6,6 +6,10 @@
 #include "TestBuilder.h"
 #include "catalog/CatalogText.h"
 
+using vrn::CDatatypeText;
+using vrn::ParseDatatypeText;
+using vrn::StripCatalogQuotes;
+
 namespace {
 
 class CatalogTypesTest : public ::testing::Test {

@@ -16,6 +16,7 @@
 
 #include "ModelFileReader.h"
 #include "TestBuilder.h"
+#include "store/StoreDb.h"
 
 namespace {
 

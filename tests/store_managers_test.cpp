@@ -9,6 +9,8 @@
 #include "TestBuilder.h"
 #include "store/PropertyCatalog.h"
 
+using vrn::kPropertyValueCount;
+
 namespace {
 
 class ManagersTest : public ::testing::Test {

@@ -9,6 +9,7 @@
 
 #include "ModelFileReader.h"
 #include "TestBuilder.h"
+#include "store/StoreDb.h"
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
+
 namespace {
 
 // Writes everything or says why not.
