@@ -1,6 +1,8 @@
 // Target database platforms and the model's datatype vocabulary, as data.
 #pragma once
 
+#include "framework/VrnExport.h"
+
 // The families of platforms whose SQL dialects share their forms.
 enum class EPlatformFamily {
     Other,
@@ -29,7 +31,7 @@ enum EPlatformRule : unsigned {
     kRuleAnyBufferPoolName = 1u << 5,
 };
 
-struct CPlatformInfo {
+struct VRN_EXPORT CPlatformInfo {
     int code;                 // the platform code a client passes to Initialize
     const char* name;         // "" for the unused codes 49 to 53
     EPlatformFamily family;
@@ -39,29 +41,29 @@ struct CPlatformInfo {
 };
 
 // One entry per code 0 to 54, index = code.
-extern const CPlatformInfo kPlatforms[];
-extern const int kPlatformCount;
+extern VRN_EXPORT const CPlatformInfo kPlatforms[];
+extern VRN_EXPORT const int kPlatformCount;
 
 // The entry of a code, or null for a code outside the table.
-const CPlatformInfo* FindPlatform(int code);
+VRN_EXPORT const CPlatformInfo* FindPlatform(int code);
 // The entry one of whose aliases is `name` (any case), or null.
-const CPlatformInfo* FindPlatformByName(const char* name);
+VRN_EXPORT const CPlatformInfo* FindPlatformByName(const char* name);
 
 // Codes outside the table are accepted and behave like an ordinary platform:
 // nullable by default, and none of the rules.
-bool PlatformIsNullableByDefault(int code);
-bool PlatformHasRule(int code, EPlatformRule rule);
+VRN_EXPORT bool PlatformIsNullableByDefault(int code);
+VRN_EXPORT bool PlatformHasRule(int code, EPlatformRule rule);
 
-struct CDatatypeName {
+struct VRN_EXPORT CDatatypeName {
     const char* name;  // a client's bare datatype name, compared without regard to case
     int codeIndex;     // index into kDatatypeCodes
 };
 
-extern const char* const kDatatypeCodes[];
-extern const int kDatatypeCodeCount;
+extern VRN_EXPORT const char* const kDatatypeCodes[];
+extern VRN_EXPORT const int kDatatypeCodeCount;
 // Searched in order; the first equal name wins.
-extern const CDatatypeName kDatatypeNames[];
-extern const int kDatatypeNameCount;
+extern VRN_EXPORT const CDatatypeName kDatatypeNames[];
+extern VRN_EXPORT const int kDatatypeNameCount;
 
 // The datatype code of a bare datatype name on `platform`, or null.
-const char* TranslateDatatypeName(const char* name, int platform);
+VRN_EXPORT const char* TranslateDatatypeName(const char* name, int platform);

@@ -13,6 +13,7 @@
 #include <tuple>
 #include <vector>
 
+#include "framework/VrnExport.h"
 #include "builder/HostTexts.h"
 #include "catalog/NameOwnerIndex.h"
 #include "framework/AfxColl.h"
@@ -33,7 +34,7 @@ namespace vrn {
 class CMigrationMap;
 }  // namespace vrn
 
-class CVrnAPI : public CCmdTarget {
+class VRN_EXPORT CVrnAPI : public CCmdTarget {
     DECLARE_DYNCREATE(CVrnAPI)
 
 public:

@@ -9,11 +9,12 @@
 
 #include <cstdint>
 
+#include "framework/VrnExport.h"
 #include "store/NSOutput.h"
 
 class CVrnAPI;
 
-class CVrnApiAttribute : public CNSOutputAttribute {
+class VRN_EXPORT CVrnApiAttribute : public CNSOutputAttribute {
 public:
     CVrnApiAttribute() = default;
     explicit CVrnApiAttribute(CVrnAPI* owner) : m_pOwner(owner) {}

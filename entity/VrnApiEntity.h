@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "framework/VrnExport.h"
 #include "framework/AfxColl.h"
 #include "store/NSOutput.h"
 
@@ -15,7 +16,7 @@ class CVrnApiAttribute;
 class CVrnApiIndex;
 class CPropertyMgr;
 
-class CVrnApiEntity : public CNSOutputEntity {
+class VRN_EXPORT CVrnApiEntity : public CNSOutputEntity {
 public:
     // Not used by the builder: no owner and no table storage row; such an
     // entity must not be saved or given properties.

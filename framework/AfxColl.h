@@ -12,6 +12,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "framework/VrnExport.h"
 #include "framework/AfxString.h"
 
 struct __POSITION {};
@@ -160,7 +161,7 @@ void DeleteAllFromHead(CList<TYPE*, TYPE*>& list) {
     while (!list.IsEmpty()) delete list.RemoveHead();
 }
 
-class CStringList : public CList<CString, const char*> {
+class VRN_EXPORT CStringList : public CList<CString, const char*> {
 public:
     explicit CStringList(int blockSize = 10) : CList<CString, const char*>(blockSize) {}
 };

@@ -6,10 +6,12 @@
 // (CRuntimeClass::FromName("CVrnAPI")->CreateObject()).
 #pragma once
 
+#include "framework/VrnExport.h"
+
 struct CRuntimeClass;
 class CObject;
 
-struct CRuntimeClass {
+struct VRN_EXPORT CRuntimeClass {
     const char* m_lpszClassName;
     CObject* (*m_pfnCreateObject)();
     const CRuntimeClass* m_pBaseClass;
@@ -27,7 +29,7 @@ struct AFX_CLASSINIT {
     explicit AFX_CLASSINIT(const CRuntimeClass* record);
 };
 
-class CObject {
+class VRN_EXPORT CObject {
 public:
     virtual ~CObject() = default;
     virtual const CRuntimeClass* GetRuntimeClass() const;
@@ -45,7 +47,7 @@ struct AFX_MSGMAP {
     int nEntries;
 };
 
-class CCmdTarget : public CObject {
+class VRN_EXPORT CCmdTarget : public CObject {
 public:
     const CRuntimeClass* GetRuntimeClass() const override;
     static const CRuntimeClass classCCmdTarget;

@@ -10,7 +10,9 @@
 #include <cstring>
 #include <string>
 
-class CString {
+#include "framework/VrnExport.h"
+
+class VRN_EXPORT CString {
 public:
     CString() = default;
     CString(const char* text) { Assign(text, text ? std::strlen(text) : 0); }  // NOLINT: implicit, as in the host framework
@@ -82,7 +84,7 @@ private:
 
 // Registers (or replaces) text number `id` of the host string table. A null text
 // removes the entry, so that the number loads as empty again.
-void AfxSetResourceString(unsigned id, const char* text);
+VRN_EXPORT void AfxSetResourceString(unsigned id, const char* text);
 
 // Message formatting in the host's style: "%1", "%2", "%3" in the format are
 // replaced by the arguments; every other character, '%' included, is copied as is.
@@ -90,15 +92,15 @@ void AfxSetResourceString(unsigned id, const char* text);
 // the library. Null arguments count as empty texts.
 CString AfxFormatMessage(const char* format, const char* arg1 = nullptr, const char* arg2 = nullptr,
                          const char* arg3 = nullptr);
-void AfxFormatString1(CString& out, unsigned id, const char* arg1);
-void AfxFormatString2(CString& out, unsigned id, const char* arg1, const char* arg2);
-void AfxFormatString3(CString& out, unsigned id, const char* arg1, const char* arg2, const char* arg3);
+VRN_EXPORT void AfxFormatString1(CString& out, unsigned id, const char* arg1);
+VRN_EXPORT void AfxFormatString2(CString& out, unsigned id, const char* arg1, const char* arg2);
+VRN_EXPORT void AfxFormatString3(CString& out, unsigned id, const char* arg1, const char* arg2, const char* arg3);
 
 // The leading decimal number of `text` as atoi reads it (leading white space
 // and a sign allowed, 0 when there are no digits), clamped to the 32-bit
 // range instead of overflowing.
-std::int32_t AfxLeadingNumber(const char* text);
+VRN_EXPORT std::int32_t AfxLeadingNumber(const char* text);
 
 // ASCII-only case helpers shared by the name lookups of the whole library.
-char AfxToUpperAscii(char ch);
-int AfxCompareNoCase(const char* a, const char* b);
+VRN_EXPORT char AfxToUpperAscii(char ch);
+VRN_EXPORT int AfxCompareNoCase(const char* a, const char* b);

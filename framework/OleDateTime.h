@@ -4,7 +4,9 @@
 
 #include <string>
 
-class COleDateTime {
+#include "framework/VrnExport.h"
+
+class VRN_EXPORT COleDateTime {
 public:
     enum DateTimeStatus { valid = 0, invalid = 1, null = 2 };
 

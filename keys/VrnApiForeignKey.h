@@ -5,12 +5,13 @@
 
 #include <cstdint>
 
+#include "framework/VrnExport.h"
 #include "framework/AfxColl.h"
 #include "store/NSOutput.h"
 
 class CVrnAPI;
 
-class CVrnApiForeignKey : public CNSOutputForeignKey {
+class VRN_EXPORT CVrnApiForeignKey : public CNSOutputForeignKey {
 public:
     CVrnApiForeignKey() : CVrnApiForeignKey(nullptr) {}
     // Gives the relationship row its initial texts: identifying ("I"), the

@@ -6,12 +6,13 @@
 
 #include <cstdint>
 
+#include "framework/VrnExport.h"
 #include "framework/AfxColl.h"
 #include "store/NSOutput.h"
 
 class CVrnAPI;
 
-class CVrnApiIndex : public CNSOutputIndexes {
+class VRN_EXPORT CVrnApiIndex : public CNSOutputIndexes {
 public:
     // Key type texts of the index row.
     static const char* const KEYTYPE_PK;   // "P": the primary key

@@ -10,9 +10,10 @@
 #include <tuple>
 #include <typeinfo>
 
+#include "framework/VrnExport.h"
 #include "store/VrnTypes.h"
 
-class CRowFieldVisitor {
+class VRN_EXPORT CRowFieldVisitor {
 public:
     virtual ~CRowFieldVisitor() = default;
     virtual void Int(const char* column, std::int64_t value) = 0;
@@ -22,7 +23,7 @@ public:
     virtual void DateTime(const char* column, const CVrnDateTime& value) = 0;
 };
 
-class CDbObjectBase {
+class VRN_EXPORT CDbObjectBase {
 public:
     CDbObjectBase() = default;
     CDbObjectBase(const CDbObjectBase&) = default;

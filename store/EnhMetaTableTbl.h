@@ -3,9 +3,11 @@
 // referenced-object rows carry to name the table they point into.
 #pragma once
 
+#include "framework/VrnExport.h"
+
 class CVrnFile;
 
-class CEnhMetaTableTbl {
+class VRN_EXPORT CEnhMetaTableTbl {
 public:
     CEnhMetaTableTbl() = default;
     virtual ~CEnhMetaTableTbl() = default;

@@ -7,12 +7,13 @@
 #include <string>
 #include <unordered_map>
 
+#include "framework/VrnExport.h"
 #include "framework/AfxString.h"
 
 class CVrnFile;
 class CGlobalIdMaps;
 
-class CGuidMgr {
+class VRN_EXPORT CGuidMgr {
 public:
     CGuidMgr(CVrnFile* file, int reserved) : m_pFile(file) { (void)reserved; }
     virtual ~CGuidMgr() = default;

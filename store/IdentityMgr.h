@@ -7,9 +7,11 @@
 #include <cstdint>
 #include <map>
 
+#include "framework/VrnExport.h"
+
 class CVrnFile;
 
-class CIdentityMgr {
+class VRN_EXPORT CIdentityMgr {
 public:
     explicit CIdentityMgr(CVrnFile* file) : m_pFile(file) {}
     virtual ~CIdentityMgr() = default;

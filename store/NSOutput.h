@@ -8,6 +8,7 @@
 // owning container; rows are deleted through their virtual destructor.
 #pragma once
 
+#include "framework/VrnExport.h"
 #include "framework/AfxObject.h"
 #include "store/Codes.h"
 #include "store/RowBases.h"
@@ -16,7 +17,7 @@ class CVrnFile;
 class CNameSpaceMgr;
 class CGuidMgr;
 
-class CNSOutputBase : public CObject {
+class VRN_EXPORT CNSOutputBase : public CObject {
     DECLARE_DYNAMIC(CNSOutputBase)
 public:
     CNSOutputBase() = default;
@@ -33,7 +34,7 @@ protected:
     void WriteRow(const Row& row) const;
 };
 
-class CNSOutputVersion : public CNSOutputBase, public CVersionBase {
+class VRN_EXPORT CNSOutputVersion : public CNSOutputBase, public CVersionBase {
 public:
     static constexpr const char* kTableName = "Version";
     static constexpr ERowType kRowType = ERowType::Version;
@@ -41,7 +42,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const { CVersionBase::ListFields(v); }
 };
 
-class CNSOutputDiagram : public CNSOutputBase, public CDiagramBase {
+class VRN_EXPORT CNSOutputDiagram : public CNSOutputBase, public CDiagramBase {
 public:
     static constexpr const char* kTableName = "Diagram";
     static constexpr ERowType kRowType = ERowType::Diagram;
@@ -50,7 +51,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const;
 };
 
-class CNSOutputModel : public CNSOutputBase, public CModelBase {
+class VRN_EXPORT CNSOutputModel : public CNSOutputBase, public CModelBase {
 public:
     static constexpr const char* kTableName = "Model";
     static constexpr ERowType kRowType = ERowType::Model;
@@ -62,7 +63,7 @@ public:
     }
 };
 
-class CNSOutputEntity : public CNSOutputBase, public CEntityBase {
+class VRN_EXPORT CNSOutputEntity : public CNSOutputBase, public CEntityBase {
 public:
     static constexpr const char* kTableName = "Entity";
     static constexpr ERowType kRowType = ERowType::Entity;
@@ -71,7 +72,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const;
 };
 
-class CNSOutputTableStorage : public CNSOutputBase, public CTableStorageBase {
+class VRN_EXPORT CNSOutputTableStorage : public CNSOutputBase, public CTableStorageBase {
 public:
     static constexpr const char* kTableName = "TableStorage";
     static constexpr ERowType kRowType = ERowType::TableStorage;
@@ -79,7 +80,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const { CTableStorageBase::ListFields(v); }
 };
 
-class CNSOutputAttribute : public CNSOutputBase, public CAttributeBase {
+class VRN_EXPORT CNSOutputAttribute : public CNSOutputBase, public CAttributeBase {
 public:
     static constexpr const char* kTableName = "Attribute";
     static constexpr ERowType kRowType = ERowType::Attribute;
@@ -90,7 +91,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const;
 };
 
-class CNSOutputPrimaryKey : public CNSOutputBase, public CPrimaryKeyBase {
+class VRN_EXPORT CNSOutputPrimaryKey : public CNSOutputBase, public CPrimaryKeyBase {
 public:
     static constexpr const char* kTableName = "PrimaryKey";
     static constexpr ERowType kRowType = ERowType::PrimaryKey;
@@ -98,7 +99,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const { CPrimaryKeyBase::ListFields(v); }
 };
 
-class CNSOutputIndexes : public CNSOutputBase, public CIndexesBase {
+class VRN_EXPORT CNSOutputIndexes : public CNSOutputBase, public CIndexesBase {
 public:
     static constexpr const char* kTableName = "Indexes";
     static constexpr ERowType kRowType = ERowType::Index;
@@ -107,7 +108,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const;
 };
 
-class CNSOutputIndexColumn : public CNSOutputBase, public CIndexColumnBase {
+class VRN_EXPORT CNSOutputIndexColumn : public CNSOutputBase, public CIndexColumnBase {
 public:
     static constexpr const char* kTableName = "IndexColumn";
     static constexpr ERowType kRowType = ERowType::IndexColumn;
@@ -115,7 +116,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const { CIndexColumnBase::ListFields(v); }
 };
 
-class CNSOutputIndexStorage : public CNSOutputBase, public CIndexStorageBase {
+class VRN_EXPORT CNSOutputIndexStorage : public CNSOutputBase, public CIndexStorageBase {
 public:
     static constexpr const char* kTableName = "IndexStorage";
     static constexpr ERowType kRowType = ERowType::IndexStorage;
@@ -123,7 +124,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const { CIndexStorageBase::ListFields(v); }
 };
 
-class CNSOutputForeignKey : public CNSOutputBase, public CForeignKeyBase {
+class VRN_EXPORT CNSOutputForeignKey : public CNSOutputBase, public CForeignKeyBase {
 public:
     static constexpr const char* kTableName = "ForeignKey";
     static constexpr ERowType kRowType = ERowType::ForeignKey;
@@ -135,7 +136,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const;
 };
 
-class CNSOutputForeignKeyColumn : public CNSOutputBase, public CForeignKeyColumnBase {
+class VRN_EXPORT CNSOutputForeignKeyColumn : public CNSOutputBase, public CForeignKeyColumnBase {
 public:
     static constexpr const char* kTableName = "ForeignKeyColumn";
     static constexpr ERowType kRowType = ERowType::ForeignKeyColumn;
@@ -143,7 +144,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const { CForeignKeyColumnBase::ListFields(v); }
 };
 
-class CNSOutputCheckConstraints : public CNSOutputBase, public CCheckConstraintsBase {
+class VRN_EXPORT CNSOutputCheckConstraints : public CNSOutputBase, public CCheckConstraintsBase {
 public:
     static constexpr const char* kTableName = "CheckConstraints";
     static constexpr ERowType kRowType = ERowType::CheckConstraint;
@@ -156,7 +157,7 @@ public:
     }
 };
 
-class CNSOutputDefaults : public CNSOutputBase, public CDefaultsBase {
+class VRN_EXPORT CNSOutputDefaults : public CNSOutputBase, public CDefaultsBase {
 public:
     static constexpr const char* kTableName = "Defaults";
     static constexpr ERowType kRowType = ERowType::Default;
@@ -169,7 +170,7 @@ public:
     }
 };
 
-class CNSOutputRules : public CNSOutputBase, public CRulesBase {
+class VRN_EXPORT CNSOutputRules : public CNSOutputBase, public CRulesBase {
 public:
     static constexpr const char* kTableName = "Rules";
     static constexpr ERowType kRowType = ERowType::Rule;
@@ -182,7 +183,7 @@ public:
     }
 };
 
-class CNSOutputUserDatatype : public CNSOutputBase, public CUserDatatypeBase {
+class VRN_EXPORT CNSOutputUserDatatype : public CNSOutputBase, public CUserDatatypeBase {
 public:
     static constexpr const char* kTableName = "UserDatatype";
     static constexpr ERowType kRowType = ERowType::UserDatatype;
@@ -191,7 +192,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const;
 };
 
-class CNSOutputTrigger : public CNSOutputBase, public CDbTriggerBase {
+class VRN_EXPORT CNSOutputTrigger : public CNSOutputBase, public CDbTriggerBase {
 public:
     static constexpr const char* kTableName = "DbTrigger";
     static constexpr ERowType kRowType = ERowType::Trigger;
@@ -201,7 +202,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const;
 };
 
-class CNSOutputProc : public CNSOutputBase, public CProcBase {
+class VRN_EXPORT CNSOutputProc : public CNSOutputBase, public CProcBase {
 public:
     static constexpr const char* kTableName = "Proc";
     static constexpr ERowType kRowType = ERowType::Procedure;
@@ -210,7 +211,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const;
 };
 
-class CNSOutputPackage : public CNSOutputBase, public CDbPackageBase {
+class VRN_EXPORT CNSOutputPackage : public CNSOutputBase, public CDbPackageBase {
 public:
     static constexpr const char* kTableName = "DbPackage";
     static constexpr ERowType kRowType = ERowType::Package;
@@ -219,7 +220,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const;
 };
 
-class CNSOutputReferencedObject : public CNSOutputBase, public CReferenced_ObjectBase {
+class VRN_EXPORT CNSOutputReferencedObject : public CNSOutputBase, public CReferenced_ObjectBase {
 public:
     static constexpr const char* kTableName = "Referenced_Object";
     static constexpr ERowType kRowType = ERowType::ReferencedObject;
@@ -227,7 +228,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const { CReferenced_ObjectBase::ListFields(v); }
 };
 
-class CNSOutputStorageObj : public CNSOutputBase, public CStorage_ObjectBase {
+class VRN_EXPORT CNSOutputStorageObj : public CNSOutputBase, public CStorage_ObjectBase {
 public:
     static constexpr const char* kTableName = "Storage_Object";
     static constexpr ERowType kRowType = ERowType::StorageObject;

@@ -8,11 +8,12 @@
 #include <unordered_map>
 #include <vector>
 
+#include "framework/VrnExport.h"
 #include "framework/AfxString.h"
 
 class CVrnFile;
 
-class CNameSpaceMgr {
+class VRN_EXPORT CNameSpaceMgr {
 public:
     explicit CNameSpaceMgr(CVrnFile* file) : m_pFile(file) {}
     virtual ~CNameSpaceMgr() = default;

@@ -14,13 +14,14 @@
 #include <tuple>
 #include <vector>
 
+#include "framework/VrnExport.h"
 #include "framework/AfxString.h"
 #include "store/EnhMetaTableTbl.h"
 
 class CVrnFile;
 class CGuidMgr;
 
-class CPropertyMgr {
+class VRN_EXPORT CPropertyMgr {
 public:
     // `objectTypes` is accepted for the store's interface; this manager does not use it.
     CPropertyMgr(CVrnFile* file, CGuidMgr* objectTypes);

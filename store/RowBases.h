@@ -10,14 +10,15 @@
 #include <cstdint>
 #include <tuple>
 
+#include "framework/VrnExport.h"
 #include "store/DbObjectBase.h"
 
 // The eleven storage parameter slots of a table or index storage row.
 constexpr int kStorageParamCount = 11;
 
-void ListStorageParams(CRowFieldVisitor& v, const std::int32_t (&params)[kStorageParamCount]);
+VRN_EXPORT void ListStorageParams(CRowFieldVisitor& v, const std::int32_t (&params)[kStorageParamCount]);
 
-class CVersionBase : public CRowBaseT<CVersionBase> {
+class VRN_EXPORT CVersionBase : public CRowBaseT<CVersionBase> {
 public:
     std::uint32_t m_versionNo = 0;
     std::uint32_t m_n2 = 0;
@@ -31,7 +32,7 @@ public:
     }
 };
 
-class CDiagramBase : public CRowBaseT<CDiagramBase> {
+class VRN_EXPORT CDiagramBase : public CRowBaseT<CDiagramBase> {
 public:
     std::uint32_t m_diagramNo = 0;
     std::uint32_t m_n2 = 0;
@@ -49,7 +50,7 @@ public:
     }
 };
 
-class CModelBase : public CRowBaseT<CModelBase> {
+class VRN_EXPORT CModelBase : public CRowBaseT<CModelBase> {
 public:
     std::uint32_t m_diagramNo = 0;
     std::uint32_t m_modelNo = 0;
@@ -68,7 +69,7 @@ public:
     }
 };
 
-class CEntityBase : public CRowBaseT<CEntityBase> {
+class VRN_EXPORT CEntityBase : public CRowBaseT<CEntityBase> {
 public:
     std::uint32_t m_diagramNo = 0;
     std::uint32_t m_modelNo = 0;
@@ -87,7 +88,7 @@ public:
     }
 };
 
-class CTableStorageBase : public CRowBaseT<CTableStorageBase> {
+class VRN_EXPORT CTableStorageBase : public CRowBaseT<CTableStorageBase> {
 public:
     std::uint32_t m_diagramNo = 0;
     std::uint32_t m_modelNo = 0;
@@ -110,7 +111,7 @@ public:
     }
 };
 
-class CAttributeBase : public CRowBaseT<CAttributeBase> {
+class VRN_EXPORT CAttributeBase : public CRowBaseT<CAttributeBase> {
 public:
     std::uint32_t m_diagramNo = 0;
     std::uint32_t m_modelNo = 0;
@@ -149,7 +150,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const;
 };
 
-class CPrimaryKeyBase : public CRowBaseT<CPrimaryKeyBase> {
+class VRN_EXPORT CPrimaryKeyBase : public CRowBaseT<CPrimaryKeyBase> {
 public:
     std::uint32_t m_diagramNo = 0;
     std::uint32_t m_modelNo = 0;
@@ -172,7 +173,7 @@ public:
     }
 };
 
-class CIndexesBase : public CRowBaseT<CIndexesBase> {
+class VRN_EXPORT CIndexesBase : public CRowBaseT<CIndexesBase> {
 public:
     std::uint32_t m_diagramNo = 0;
     std::uint32_t m_modelNo = 0;
@@ -195,7 +196,7 @@ public:
     }
 };
 
-class CIndexColumnBase : public CRowBaseT<CIndexColumnBase> {
+class VRN_EXPORT CIndexColumnBase : public CRowBaseT<CIndexColumnBase> {
 public:
     std::uint32_t m_diagramNo = 0;
     std::uint32_t m_modelNo = 0;
@@ -224,7 +225,7 @@ public:
     }
 };
 
-class CIndexStorageBase : public CRowBaseT<CIndexStorageBase> {
+class VRN_EXPORT CIndexStorageBase : public CRowBaseT<CIndexStorageBase> {
 public:
     std::uint32_t m_diagramNo = 0;
     std::uint32_t m_modelNo = 0;
@@ -249,7 +250,7 @@ public:
     }
 };
 
-class CForeignKeyBase : public CRowBaseT<CForeignKeyBase> {
+class VRN_EXPORT CForeignKeyBase : public CRowBaseT<CForeignKeyBase> {
 public:
     std::uint32_t m_diagramNo = 0;
     std::uint32_t m_modelNo = 0;
@@ -272,7 +273,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const;
 };
 
-class CForeignKeyColumnBase : public CRowBaseT<CForeignKeyColumnBase> {
+class VRN_EXPORT CForeignKeyColumnBase : public CRowBaseT<CForeignKeyColumnBase> {
 public:
     std::uint32_t m_columnKey = 0;
     std::uint32_t m_diagramNo = 0;
@@ -292,7 +293,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const;
 };
 
-class CCheckConstraintsBase : public CRowBaseT<CCheckConstraintsBase> {
+class VRN_EXPORT CCheckConstraintsBase : public CRowBaseT<CCheckConstraintsBase> {
 public:
     std::uint32_t m_diagramNo = 0;
     std::uint32_t m_modelNo = 0;
@@ -317,7 +318,7 @@ public:
     }
 };
 
-class CDefaultsBase : public CRowBaseT<CDefaultsBase> {
+class VRN_EXPORT CDefaultsBase : public CRowBaseT<CDefaultsBase> {
 public:
     std::uint32_t m_defaultId = 0;
 
@@ -325,7 +326,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const { v.Int("default_id", m_defaultId); }
 };
 
-class CRulesBase : public CRowBaseT<CRulesBase> {
+class VRN_EXPORT CRulesBase : public CRowBaseT<CRulesBase> {
 public:
     std::uint32_t m_ruleId = 0;
 
@@ -333,7 +334,7 @@ public:
     void ListFields(CRowFieldVisitor& v) const { v.Int("rule_id", m_ruleId); }
 };
 
-class CUserDatatypeBase : public CRowBaseT<CUserDatatypeBase> {
+class VRN_EXPORT CUserDatatypeBase : public CRowBaseT<CUserDatatypeBase> {
 public:
     std::uint32_t m_userDatatypeId = 0;
     std::int32_t m_length = 0;
@@ -351,7 +352,7 @@ public:
     }
 };
 
-class CDbTriggerBase : public CRowBaseT<CDbTriggerBase> {
+class VRN_EXPORT CDbTriggerBase : public CRowBaseT<CDbTriggerBase> {
 public:
     std::uint32_t m_triggerKey = 0;
     std::uint32_t m_parentValue = 0;
@@ -368,7 +369,7 @@ public:
     }
 };
 
-class CProcBase : public CRowBaseT<CProcBase> {
+class VRN_EXPORT CProcBase : public CRowBaseT<CProcBase> {
 public:
     std::uint32_t m_procKey = 0;
     std::uint32_t m_fixedNo = 0;
@@ -385,7 +386,7 @@ public:
     }
 };
 
-class CDbPackageBase : public CRowBaseT<CDbPackageBase> {
+class VRN_EXPORT CDbPackageBase : public CRowBaseT<CDbPackageBase> {
 public:
     std::uint32_t m_packageKey = 0;
     std::uint32_t m_fixedNo = 0;
@@ -398,7 +399,7 @@ public:
     }
 };
 
-class CReferenced_ObjectBase : public CRowBaseT<CReferenced_ObjectBase> {
+class VRN_EXPORT CReferenced_ObjectBase : public CRowBaseT<CReferenced_ObjectBase> {
 public:
     std::uint32_t m_objectKey = 0;
     std::uint32_t m_value1 = 0;
@@ -419,7 +420,7 @@ public:
     }
 };
 
-class CStorage_ObjectBase : public CRowBaseT<CStorage_ObjectBase> {
+class VRN_EXPORT CStorage_ObjectBase : public CRowBaseT<CStorage_ObjectBase> {
 public:
     std::uint32_t m_objectKey = 0;
     std::uint32_t m_fixedNo = 0;

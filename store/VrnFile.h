@@ -15,6 +15,8 @@
 #include <memory>
 #include <string>
 
+#include "framework/VrnExport.h"
+
 class CIdentityMgr;
 class CNameSpaceMgr;
 class CRowFieldVisitor;
@@ -23,7 +25,7 @@ namespace vrn {
 class CStoreDb;
 }  // namespace vrn
 
-class CVrnFile {
+class VRN_EXPORT CVrnFile {
 public:
     // The newest file format this library writes and reads. Version 2 named
     // the package header column header_text (spec_text in version 1);

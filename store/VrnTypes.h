@@ -3,13 +3,14 @@
 
 #include <cstdint>
 
+#include "framework/VrnExport.h"
 #include "framework/AfxString.h"
 #include "framework/OleDateTime.h"
 
 // A name-space string: a number in the model's name space and its text. The
 // builder always fills number 0 and the text; the row's output enters the text
 // into the name space and stores the text in the row.
-class CVrnString {
+class VRN_EXPORT CVrnString {
 public:
     CVrnString() = default;
     CVrnString(std::int32_t id, const char* text) : m_id(id), m_text(text) {}
@@ -25,7 +26,7 @@ public:
 
 // A date-time field: a leading word the store reserves (always 0 here) and the
 // calendar value, copied member-wise.
-class CVrnDateTime {
+class VRN_EXPORT CVrnDateTime {
 public:
     CVrnDateTime() = default;
     explicit CVrnDateTime(const COleDateTime& value) : m_dt(value) {}
