@@ -77,6 +77,7 @@ int CVrnAPI::Initialize(int dbType, const char* path) {
     m_pNameSpaceMgr = std::make_unique<CNameSpaceMgr>(m_pVrnFile.get());
     m_pGuidMgr = std::make_unique<CGuidMgr>(m_pVrnFile.get(), 0);
     m_dbType = dbType;
+    m_pVrnFile->SetPlatform(dbType);
     m_pNameSpaceMgr->Init(nameSpaceSize, nameSpaceSize, 0, openedFlag, 0);
     m_pGuidMgr->Init(objectTypeSize, 530);
     m_pVrnFile->GetIdentityMgr()->Init();

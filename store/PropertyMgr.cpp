@@ -6,6 +6,7 @@
 #include "store/TableWriter.h"
 #include "store/VrnFile.h"
 
+using vrn::CPropertyInfo;
 using vrn::CPropertyValueInfo;
 using vrn::CStatement;
 using vrn::CStoreDb;
@@ -118,6 +119,16 @@ int CPropertyMgr::GetTablePropertyValue(unsigned long tableKey, int property, CS
     text = record.text;
     value = static_cast<unsigned long>(record.valueNo);
     return 1;
+}
+
+const char* CPropertyMgr::PropertyName(int propertyNo) {
+    const CPropertyInfo* info = FindProperty(propertyNo);
+    return info ? info->name : "";
+}
+
+const char* CPropertyMgr::PropertyValueText(int valueNo) {
+    const CPropertyValueInfo* info = FindPropertyValue(valueNo);
+    return info ? info->text : "";
 }
 
 const char* CPropertyMgr::GetPropertyValueString(int value) const {

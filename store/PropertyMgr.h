@@ -47,6 +47,10 @@ public:
     // number. 0 (text empty, value 0) when there is none.
     int GetTablePropertyValue(unsigned long tableKey, int property, CString& text, unsigned long& value) const;
     // The catalogue's text for a value number; "" for an unknown number.
+    // The property catalogue, for readers of model files: the name of a
+    // property number and the text of a value number; "" when unknown.
+    static const char* PropertyName(int propertyNo);
+    static const char* PropertyValueText(int valueNo);
     const char* GetPropertyValueString(int value) const;
 
     CEnhMetaTableTbl* m_pMetaTableTbl;

@@ -309,8 +309,9 @@ int CVrnFile::Save(const char* path, int /*flags*/) {
 
     m_pDb->EnsureTransaction();
     CStatement info = m_pDb->Prepare("INSERT OR REPLACE INTO FileInfo (name, value) VALUES (?1, ?2)");
-    const std::pair<const char*, std::string> entries[] = {{"format", kFormatName},
-                                                           {"format_version", std::to_string(kFormatVersion)}};
+    std::vector<std::pair<const char*, std::string>> entries = {{"format", kFormatName},
+                                                                {"format_version", std::to_string(kFormatVersion)}};
+    if (m_hasPlatform) entries.emplace_back("platform", std::to_string(m_platform));
     for (const auto& entry : entries) {
         info.BindText(1, entry.first);
         info.BindText(2, entry.second.c_str());

@@ -49,6 +49,12 @@ public:
 
     // The key allocator; owned by the file.
     CIdentityMgr* GetIdentityMgr() const { return m_pIdentityMgr.get(); }
+    // The target platform code of the model, written by Save into FileInfo
+    // as "platform" so that readers know for which platform it was built.
+    void SetPlatform(int code) {
+        m_platform = code;
+        m_hasPlatform = true;
+    }
     // Empty until an Open or Save fails.
     const char* GetLastError() const { return m_lastError.c_str(); }
     // True once Open has loaded a file.
@@ -80,6 +86,8 @@ private:
     std::unique_ptr<CInsertCache> m_pInserts;
     std::int64_t m_nextRowSeq = 1;
     bool m_bOpened = false;
+    bool m_hasPlatform = false;
+    int m_platform = 0;
     std::string m_lastError;
     std::string m_writeFailure;
 };

@@ -4,7 +4,8 @@
 #     the installed vrnmodel starts from its prefix moved elsewhere, with no
 #     library path set: it finds the installed library beside it;
 #   installed_package.sh BUILD_DIR SCRATCH_DIR headers
-#     the installed headers are exactly those that VrnIntf.h reaches.
+#     the installed headers are exactly those that VrnIntf.h and VrnReader.h
+#     reach.
 set -eu
 build=$1
 scratch=$2
@@ -23,13 +24,13 @@ runs-anywhere)
 headers)
   root=$prefix/include/VrnIntf
   (cd "$root" && find . -name '*.h' | sed 's|^\./||' | sort) > "$scratch/installed"
-  echo '#include <VrnIntf.h>' | ${CXX:-c++} -std=c++17 -I"$root" -x c++ -M - |
+  printf '#include <VrnIntf.h>\n#include <VrnReader.h>\n' | ${CXX:-c++} -std=c++17 -I"$root" -x c++ -M - |
     tr ' \\' '\n\n' | grep "^$root/" | sed "s|^$root/||" | sort -u > "$scratch/reached"
   if ! diff "$scratch/reached" "$scratch/installed"; then
-    echo "installed headers (>) differ from those VrnIntf.h reaches (<)"
+    echo "installed headers (>) differ from those VrnIntf.h and VrnReader.h reach (<)"
     exit 1
   fi
-  echo "$(wc -l < "$scratch/installed") installed headers, each reached from VrnIntf.h"
+  echo "$(wc -l < "$scratch/installed") installed headers, each reached from VrnIntf.h or VrnReader.h"
   ;;
 *)
   echo "unknown check $check" >&2

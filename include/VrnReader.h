@@ -1,0 +1,12 @@
+// VrnReader: the one header a client includes to read a model file.
+//
+//   CModel model;
+//   std::string error;
+//   if (!ReadModelFile("sales.vrn", model, error)) ...;
+//   for (const CModelTable& table : model.tables) ...
+//
+// Link with the CMake target VrnIntf::vrnreader.
+#pragma once
+
+#include "reader/ModelReader.h"
+#include "reader/TypeNames.h"
