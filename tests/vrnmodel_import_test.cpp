@@ -73,7 +73,7 @@ struct CSampleCase {
 };
 
 TEST_F(ImportTest, EverySampleYieldsWhatItDeclares) {
-    if (!HaveSamples()) GTEST_SKIP() << "no sample scripts at " << kSamples;
+    ASSERT_TRUE(HaveSamples()) << "no sample scripts at " << kSamples;
     const CSampleCase cases[] = {
         {"mssql_instpubs", 41, 11, 64, 9, 7, 10, 6, 3, 1, 4, 0, 0, 1, 0},
         {"flowable_mssql", 41, 62, 844, 62, 154, 59, 0, 0, 0, 0, 0, 0, 0, 0},
@@ -108,7 +108,7 @@ TEST_F(ImportTest, EverySampleYieldsWhatItDeclares) {
 }
 
 TEST_F(ImportTest, PubsColumnsTakeTheirUserDatatypes) {
-    if (!HaveSamples()) GTEST_SKIP();
+    ASSERT_TRUE(HaveSamples()) << "no sample scripts at " << kSamples;
     Import(41, Samples("mssql_instpubs"));
     EXPECT_EQ(Scalar("SELECT datatype || ' ' || width || ' ' || user_datatype_id FROM Attribute WHERE "
                      "column_name = 'au_id' AND entity_key = (SELECT entity_key FROM Entity WHERE entity_name = 'authors')"),
@@ -122,7 +122,7 @@ TEST_F(ImportTest, PubsColumnsTakeTheirUserDatatypes) {
 }
 
 TEST_F(ImportTest, SybaseRulesAndDefaultsAreBound) {
-    if (!HaveSamples()) GTEST_SKIP();
+    ASSERT_TRUE(HaveSamples()) << "no sample scripts at " << kSamples;
     Import(54, Samples("sybase_ase"));
     EXPECT_EQ(Scalar("SELECT count(*) FROM Rules"), "2");
     EXPECT_EQ(Scalar("SELECT name FROM Defaults"), "DateDefault");
@@ -130,7 +130,7 @@ TEST_F(ImportTest, SybaseRulesAndDefaultsAreBound) {
 }
 
 TEST_F(ImportTest, OracleSalesHistoryKeepsPartitionsAndStorage) {
-    if (!HaveSamples()) GTEST_SKIP();
+    ASSERT_TRUE(HaveSamples()) << "no sample scripts at " << kSamples;
     Import(47, Samples("oracle_legacy_sh"));
     const std::string sales = Scalar("SELECT entity_key FROM Entity WHERE entity_name = 'sales'");
     EXPECT_EQ(Scalar("SELECT count(*) FROM Partition WHERE owner_kind = 'table' AND owner_key = " + sales), "16");
@@ -147,7 +147,7 @@ TEST_F(ImportTest, OracleSalesHistoryKeepsPartitionsAndStorage) {
 }
 
 TEST_F(ImportTest, Db2ForZosSchemaAcrossFiles) {
-    if (!HaveSamples()) GTEST_SKIP();
+    ASSERT_TRUE(HaveSamples()) << "no sample scripts at " << kSamples;
     Import(46, Samples("db2zos_genevaers"));
     EXPECT_EQ(Scalar("SELECT count(*) FROM Storage_Object WHERE kind = 1"), "1");   // the storage group
     EXPECT_EQ(Scalar("SELECT count(*) FROM Storage_Object WHERE kind = 2"), "1");   // the database
@@ -236,10 +236,7 @@ TEST_F(CommandLineTest, ImportsAScriptAndShowsTheModel) {
     EXPECT_NE(Out().find("1 INSERT"), std::string::npos) << Out();
     ASSERT_EQ(Run("show " + model), 0) << Err();
     EXPECT_NE(Out().find("Table t"), std::string::npos) << Out();
-    EXPECT_NE(Out().find("b VAR(10)"), std::string::npos) << Out();
-    ASSERT_EQ(Run("show " + model + " --json"), 0);
-    EXPECT_EQ(Out().rfind("{\"file\":", 0), 0u);
-    EXPECT_NE(Out().find("\"name\":\"t\""), std::string::npos);
+    EXPECT_NE(Out().find("b  varchar(10)  NOT NULL"), std::string::npos) << Out();  // SQL Server 2000: NOT NULL unless said
 }
 
 TEST_F(CommandLineTest, FailsOnlyForUnreadableInputNothingImportedOrAnUnwrittenModel) {

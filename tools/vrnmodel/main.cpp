@@ -27,7 +27,7 @@ namespace {
 const char kUsage[] =
     "usage:\n"
     "  vrnmodel import SOURCE... -o MODEL [options]\n"
-    "  vrnmodel show MODEL [--json] [-o OUT|-]\n"
+    "  vrnmodel show MODEL [--json|--markdown] [--code] [-o OUT|-]\n"
     "  vrnmodel diagram MODEL -o OUT.svg|OUT.html|- [--tables PATTERN] [--no-columns]\n"
     "\n"
     "import reads DDL scripts (T-SQL, Oracle SQL*Plus, DB2) and SQLite databases\n"
@@ -43,8 +43,9 @@ const char kUsage[] =
     "  --define NAME=VALUE    value of the template tag &$NAME. in scripts\n"
     "  --verbose              list every skipped statement and warning\n"
     "show prints the tables, keys, relationships and catalog objects of a model\n"
-    "file; --json prints the same as one JSON document; -o writes it to a file\n"
-    "instead of standard output.\n"
+    "file; --json prints the same as one JSON document, --markdown as a data\n"
+    "dictionary; --code adds the text of triggers, procedures and packages; -o\n"
+    "writes it to a file instead of standard output.\n"
     "diagram draws the tables and relationships of a model file in crow's foot\n"
     "notation with Graphviz's dot program, as SVG or as one HTML page with pan,\n"
     "zoom and search (-o - writes the SVG to standard output); --tables draws\n"
@@ -276,10 +277,13 @@ int ImportCommand(int argc, char** argv) {
 
 int ShowCommand(int argc, char** argv) {
     std::string path, output = kStandardOutput;
-    bool json = false;
+    enum class EFormat { Text, Json, Markdown } format = EFormat::Text;
+    CReportOptions options;
     for (int i = 2; i < argc; ++i) {
         const std::string arg = argv[i];
-        if (arg == "--json") json = true;
+        if (arg == "--json") format = EFormat::Json;
+        else if (arg == "--markdown") format = EFormat::Markdown;
+        else if (arg == "--code") options.code = true;
         else if (arg == "-o" || arg == "--output") {
             if (i + 1 >= argc) return Usage("-o needs a file name, or - for standard output");
             output = argv[++i];
@@ -288,9 +292,14 @@ int ShowCommand(int argc, char** argv) {
     }
     if (path.empty()) return Usage("no model file given");
     if (!OutputIsNoInput(output, {path})) return 1;
-    std::ostringstream report;
+    CModel model;
     std::string error;
-    if (!WriteModelReport(path, json, report, error) || !WriteOutput(output, report.str(), error)) return Failure(error);
+    if (!ReadModelFile(path, model, error)) return Failure(error);
+    std::ostringstream report;
+    if (format == EFormat::Json) WriteJsonReport(model, report);
+    else if (format == EFormat::Markdown) WriteMarkdownReport(model, report);
+    else WriteTextReport(model, options, report);
+    if (!WriteOutput(output, report.str(), error)) return Failure(error);
     return 0;
 }
 

@@ -1,0 +1,192 @@
+// `vrnmodel show` as text, JSON and Markdown, on the models of the sample
+// scripts and on a model made through the builder: what a reader of the
+// report sees, and what a tool parsing the JSON gets (read with a real JSON
+// parser, value by value).
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <string>
+
+#include <VrnIntf.h>
+
+#include "CommandLineTest.h"
+#include "ModelFileReader.h"
+
+namespace {
+
+using nlohmann::json;
+
+constexpr auto npos = std::string::npos;
+const std::string kSamples = VRN_SAMPLES_DIR;
+
+class ShowTest : public CommandLineTest {
+protected:
+    // The model of a sample script, imported by vrnmodel.
+    std::string ImportSample(const std::string& sample, const std::string& platform) {
+        const std::string model = m_dir.File(sample + ".vrn");
+        EXPECT_EQ(Run("import " + kSamples + "/" + sample + " -o " + model + " --platform " + platform), 0) << Err();
+        return model;
+    }
+    json ShowJson(const std::string& model) {
+        EXPECT_EQ(Run("show " + model + " --json"), 0) << Err();
+        return json::parse(Out());
+    }
+    static const json& TableNamed(const json& document, const std::string& name) {
+        for (const json& table : document.at("tables"))
+            if (table.at("name") == name) return table;
+        throw std::runtime_error("no table " + name);
+    }
+    static const json& ColumnNamed(const json& table, const std::string& name) {
+        for (const json& column : table.at("columns"))
+            if (column.at("name") == name) return column;
+        throw std::runtime_error("no column " + name);
+    }
+};
+
+TEST_F(ShowTest, TextNamesThePlatformCountsObjectsAndWritesPlatformTypes) {
+    const std::string model = ImportSample("flowable_mssql_all_create.sql", "sqlserver");
+    ASSERT_EQ(Run("show " + model), 0) << Err();
+    const std::string text = Out();
+    EXPECT_NE(text.find("Platform   Microsoft SQL Server 2000 (41)"), npos) << text.substr(0, 400);
+    EXPECT_NE(text.find("Holds      62 tables, 844 columns, 62 primary keys, 154 indexes, 59 foreign keys"), npos)
+        << text.substr(0, 400);
+    // Types as SQL Server writes them, not the model's codes.
+    EXPECT_NE(text.find("nvarchar(64)"), npos);
+    EXPECT_EQ(text.find("VAN("), npos);
+    EXPECT_NE(text.find("foreign key ACT_FK_JOB_EXCEPTION (EXCEPTION_STACK_ID_) references ACT_GE_BYTEARRAY (ID_)"),
+              npos);
+}
+
+TEST_F(ShowTest, JsonHasTypedValuesForEveryKind) {
+    const std::string model = ImportSample("oracle_legacy_hr_cre.sql", "oracle");
+    const json document = ShowJson(model);
+    EXPECT_EQ(document.at("format"), 1);
+    EXPECT_EQ(document.at("platform").at("code"), 47);
+    EXPECT_EQ(document.at("platform").at("dialect"), "Oracle");
+    EXPECT_EQ(document.at("counts").at("tables"), 7);
+    EXPECT_EQ(document.at("counts").at("foreign_keys"), 10);
+    const json& employees = TableNamed(document, "employees");
+    const json& salary = ColumnNamed(employees, "salary");
+    EXPECT_EQ(salary.at("type"), "NUMBER(8,2)");
+    EXPECT_EQ(salary.at("datatype"), "NUM");
+    EXPECT_EQ(salary.at("width"), 8);
+    EXPECT_EQ(salary.at("scale"), 2);
+    EXPECT_EQ(salary.at("nullable"), true);
+    EXPECT_EQ(ColumnNamed(employees, "email").at("nullable"), false);
+    EXPECT_EQ(ColumnNamed(employees, "employee_id").at("primary_key"), true);
+    EXPECT_EQ(ColumnNamed(employees, "job_id").at("foreign_keys"), json::array({"emp_job_fk"}));
+    EXPECT_EQ(employees.at("primary_key").at("columns").at(0).at("name"), "employee_id");
+    EXPECT_TRUE(employees.at("storage_params").at(0).is_null());
+    bool checked = false;
+    for (const json& check : employees.at("checks"))
+        if (check.at("name") == "emp_salary_min") {
+            EXPECT_EQ(check.at("text"), "salary > 0");
+            checked = true;
+        }
+    EXPECT_TRUE(checked);
+    const json& foreignKey = employees.at("foreign_keys").at(0);
+    EXPECT_TRUE(foreignKey.at("identifying").is_boolean());
+    EXPECT_TRUE(foreignKey.at("on_delete").is_string());
+    EXPECT_TRUE(foreignKey.at("columns").is_array());
+}
+
+TEST_F(ShowTest, CodeObjectsReadAsLinesAndTheirTextOnRequest) {
+    const std::string model = m_dir.File("code.vrn");
+    WriteBytes(m_dir.File("code.sql"),
+               "create table orders (id int primary key)\nGO\n"
+               "create trigger trg_orders on orders after insert as select 1\nGO\n"
+               "create procedure p_list as select * from orders\nGO\n");
+    ASSERT_EQ(Run("import " + m_dir.File("code.sql") + " -o " + model + " --platform sqlserver"), 0) << Err();
+    ASSERT_EQ(Run("show " + model), 0) << Err();
+    EXPECT_NE(Out().find("TRIGGER trg_orders ON orders (after)"), npos) << Out();
+    EXPECT_NE(Out().find("PROCEDURE p_list"), npos) << Out();
+    EXPECT_EQ(Out().find("select * from orders"), npos);
+    EXPECT_EQ(Out().find("="), npos) << "no key=value dumps";
+    ASSERT_EQ(Run("show " + model + " --code"), 0) << Err();
+    EXPECT_NE(Out().find("create procedure p_list as select * from orders"), npos) << Out();
+    const json document = ShowJson(model);
+    EXPECT_EQ(document.at("triggers").at(0).at("timing"), "after");
+    EXPECT_EQ(document.at("triggers").at(0).at("table"), "orders");
+    EXPECT_NE(document.at("procedures").at(0).at("text").get<std::string>().find("select * from orders"), npos);
+}
+
+TEST_F(ShowTest, SharedMigratedColumnsShowOnceWithEveryForeignKey) {
+    // Two relationships share the child column payer_id: the model keeps a
+    // copy for the second, the report one column that lists both.
+    const std::string model = m_dir.File("shared.vrn");
+    {
+        CVrnAPI builder;
+        ASSERT_EQ(builder.Initialize(41, nullptr), 1);
+        const unsigned long customer = builder.AddEntity("customer", "dbo", 0, 0);
+        builder.AddAttribute(customer, "id", "int", -1, -1, 0, 0);
+        builder.AddPrimaryKey(customer, nullptr);
+        builder.AddPrimaryKeyColumn(customer, "id", 0);
+        const unsigned long invoice = builder.AddEntity("invoice", "dbo", 0, 0);
+        builder.AddAttribute(invoice, "payer_id", "int", -1, -1, 1, 0);
+        for (const char* name : {"fk_paid_by", "fk_billed_to"}) {
+            const unsigned long foreignKey = builder.AddForeignKey(customer, invoice, name, nullptr, nullptr);
+            builder.AddForeignKeyColumnPair(foreignKey, "id", "payer_id", 0);
+        }
+        builder.SaveToFile(model.c_str());
+        ASSERT_STREQ(builder.GetVrnFile()->GetLastError(), "");
+    }
+    ASSERT_EQ(Run("show " + model), 0) << Err();
+    EXPECT_NE(Out().find("payer_id  int  NULL  FK fk_paid_by, fk_billed_to"), npos) << Out();
+    const json document = ShowJson(model);
+    const json& invoice = TableNamed(document, "invoice");
+    EXPECT_EQ(invoice.at("columns").size(), 1u);
+    EXPECT_EQ(invoice.at("column_copies").size(), 1u);
+    EXPECT_EQ(invoice.at("column_copies").at(0).at("copy_of"), "payer_id");
+    EXPECT_EQ(invoice.at("column_copies").at(0).at("copy_for_foreign_key"), "fk_billed_to");
+    EXPECT_EQ(document.at("counts").at("columns"), 2);
+}
+
+TEST_F(ShowTest, NamesThatAreNotPlainIdentifiersAreQuoted) {
+    const std::string model = m_dir.File("names.vrn");
+    {
+        CVrnAPI builder;
+        ASSERT_EQ(builder.Initialize(41, nullptr), 1);
+        const unsigned long table = builder.AddEntity("order items", "    ", 0, 0);
+        builder.AddAttribute(table, "line\nno", "int", -1, -1, 0, 0);
+        builder.AddAttribute(table, "say \"hi\"", "int", -1, -1, 0, 0);
+        builder.SaveToFile(model.c_str());
+    }
+    ASSERT_EQ(Run("show " + model), 0) << Err();
+    EXPECT_NE(Out().find("Table \"order items\"\n"), npos) << Out();  // the blank owner is no owner
+    EXPECT_NE(Out().find("\"line\\x0Ano\""), npos) << Out();
+    EXPECT_NE(Out().find("\"say \"\"hi\"\"\""), npos) << Out();
+    // JSON keeps names as stored.
+    const json document = ShowJson(model);
+    EXPECT_EQ(document.at("tables").at(0).at("owner"), "    ");
+    EXPECT_EQ(document.at("tables").at(0).at("columns").at(0).at("name"), "line\nno");
+}
+
+TEST_F(ShowTest, MarkdownIsADataDictionary) {
+    const std::string model = ImportSample("oracle_legacy_hr_cre.sql", "oracle");
+    ASSERT_EQ(Run("show " + model + " --markdown"), 0) << Err();
+    const std::string text = Out();
+    EXPECT_EQ(text.rfind("# Data dictionary of ", 0), 0u);
+    EXPECT_NE(text.find("\n## employees\n"), npos);
+    EXPECT_NE(text.find("| Column | Type | Null | Default | Key | Description |\n|---|---|---|---|---|---|\n"), npos);
+    EXPECT_NE(text.find("| `salary` | NUMBER(8,2) | yes |"), npos) << text;
+    EXPECT_NE(text.find("- References `jobs` as `emp_job_fk`: `job_id` → `job_id`"), npos) << text;
+    EXPECT_NE(text.find("- Referenced by `employees` as `emp_manager_fk`"), npos) << text;
+}
+
+TEST_F(ShowTest, EverySampleShowsInEveryFormat) {
+    for (const auto& entry : std::filesystem::directory_iterator(kSamples)) {
+        const std::string name = entry.path().filename().string();
+        if (name == "SOURCES.md") continue;
+        SCOPED_TRACE(name);
+        const std::string model = m_dir.File("sample.vrn");
+        if (Run("import " + entry.path().string() + " -o " + model) != 0) continue;  // nothing in it to import
+        ASSERT_EQ(Run("show " + model), 0) << Err();
+        EXPECT_NE(Out().find("Holds "), npos);
+        ASSERT_EQ(Run("show " + model + " --markdown"), 0) << Err();
+        const json document = ShowJson(model);
+        EXPECT_EQ(document.at("counts").at("tables").get<std::size_t>(), document.at("tables").size());
+        std::remove(model.c_str());
+    }
+}
+
+}  // namespace
