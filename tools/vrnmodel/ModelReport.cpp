@@ -31,6 +31,11 @@ std::vector<std::pair<std::string, std::size_t>> CountObjects(const CModel& mode
     };
 }
 
+std::string Counted(std::size_t count, const std::string& kind) {
+    const std::string word = count != 1 ? kind : (kind == "indexes" ? "index" : kind.substr(0, kind.size() - 1));
+    return std::to_string(count) + " " + word;
+}
+
 std::string PlatformLine(const CModel& model) {
     if (!model.hasPlatform) return "unknown (the file does not say)";
     const CPlatformInfo* platform = FindPlatform(model.platform);

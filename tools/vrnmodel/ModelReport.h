@@ -24,6 +24,8 @@ constexpr int kReportJsonFormat = 1;
 
 // How many objects of each kind the model holds, as (kind, count) in report order.
 std::vector<std::pair<std::string, std::size_t>> CountObjects(const CModel& model);
+// "1 table", "3 tables", "1 index": a count with its kind, one in the singular.
+std::string Counted(std::size_t count, const std::string& kind);
 // The platform as "Name (code)", or "unknown" for files that do not say.
 std::string PlatformLine(const CModel& model);
 // A name as it can be read back: as it stands when it is a plain identifier,

@@ -118,9 +118,7 @@ void WriteTextReport(const CModel& model, const CReportOptions& options, std::os
     std::string counts;
     for (const auto& [kind, count] : CountObjects(model)) {
         if (count == 0 && kind != "tables") continue;
-        // One of a kind is named in the singular.
-        const std::string word = count != 1 ? kind : (kind == "indexes" ? "index" : kind.substr(0, kind.size() - 1));
-        counts += (counts.empty() ? "" : ", ") + std::to_string(count) + " " + word;
+        counts += (counts.empty() ? "" : ", ") + Counted(count, kind);
     }
     out << "Holds      " << counts << "\n";
 

@@ -201,9 +201,27 @@ int Import(const CImportOptions& options) {
     }
     builder.SaveToFile(options.output.c_str());
     const std::string saveError = builder.GetVrnFile()->GetLastError();
-
-    std::cout << "Imported into " << options.output << " (platform " << platform << "):\n";
-    for (const auto& [kind, count] : report.imported) std::cout << "  " << count << " " << kind << "\n";
+    if (!saveError.empty()) {
+        std::cerr << "vrnmodel: the model was not saved: " << saveError << "\n";
+        return 1;
+    }
+    // What the saved model holds, read back: a foreign key that resolution
+    // dropped, or a view, is not counted as if it were kept.
+    CModel model;
+    std::string error;
+    if (!ReadModelFile(options.output, model, error)) {
+        std::cerr << "vrnmodel: the saved model cannot be read back: " << error << "\n";
+        return 1;
+    }
+    std::cout << "Imported into " << options.output << " (platform " << PlatformLine(model)
+              << (options.platform < 0 ? ", guessed from the input" : "") << ")\n";
+    std::cout << "The model holds:\n";
+    for (const auto& [kind, count] : CountObjects(model))
+        if (count != 0 || kind == "tables") std::cout << "  " << Counted(count, kind) << "\n";
+    const auto views = report.imported.find("views");
+    if (views != report.imported.end() && views->second > 0)
+        std::cout << "Read but not kept (a model keeps no rows for views):\n  " << Counted(views->second, "views")
+                  << "\n";
     if (!report.skipped.empty()) {
         std::cout << "Skipped statements:\n";
         for (const auto& [kind, count] : report.skipped) {
@@ -220,13 +238,12 @@ int Import(const CImportOptions& options) {
         if (options.verbose)
             for (const std::string& warning : report.warnings) std::cout << "  " << warning << "\n";
     }
-    for (const std::string& message : report.messages) std::cout << "  " << message << "\n";
+    if (!report.messages.empty()) {
+        std::cout << "Relationship resolution:\n";
+        for (const std::string& message : report.messages) std::cout << "  " << message << "\n";
+    }
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     std::printf("%d statements in %.2f s\n", report.statements, seconds);
-    if (!saveError.empty()) {
-        std::cerr << "vrnmodel: the model was not saved: " << saveError << "\n";
-        return 1;
-    }
     return 0;
 }
 
