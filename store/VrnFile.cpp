@@ -212,13 +212,14 @@ int CVrnFile::Open(const char* path) {
     if (info.st_size == 0) return Fail(Quoted(file) + " is not a model file: it is empty");
 
     static const char kSqliteMagic[16] = "SQLite format 3";
-    char header[16] = {};
+    char header[64] = {};
     std::FILE* in = std::fopen(path, "rb");
     if (!in) return Fail("cannot open " + Quoted(file) + ": " + std::strerror(errno));
     const std::size_t got = std::fread(header, 1, sizeof header, in);
     std::fclose(in);
-    if (got != sizeof header || std::memcmp(header, kSqliteMagic, sizeof header) != 0)
-        return Fail(Quoted(file) + " is not a model file: it is not an SQLite database");
+    if (got < sizeof kSqliteMagic || std::memcmp(header, kSqliteMagic, sizeof kSqliteMagic) != 0)
+        return Fail(Quoted(file) + " is not a model file: it is " + DescribeContent(std::string(header, got)) +
+                    ", not an SQLite database");
 
     m_pDb->Commit();
     if (!LoadFrom(file)) {
@@ -252,7 +253,7 @@ bool CVrnFile::LoadFrom(const std::string& file) {
                     (checked ? verdict : m_pDb->ConnectionError()) + ")");
 
     if (m_pDb->QueryInt("SELECT count(*) FROM src.sqlite_master WHERE type = 'table' AND name = 'FileInfo'", 0) == 0)
-        return Fail(Quoted(file) + " is not a model file: it is an SQLite database of another kind");
+        return Fail(Quoted(file) + " is not a model file: it is an SQLite database that is not a model");
     std::string format;
     std::int64_t version = -1;
     {

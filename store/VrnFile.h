@@ -47,6 +47,10 @@ public:
     // Fails without touching `path` once any write into the model has failed.
     int Save(const char* path, int flags);
 
+    // What a file whose first bytes are `head` (up to 64 of them) is, for
+    // messages: "an SQLite database", "a PNG image", "a text file", ...
+    static const char* DescribeContent(const std::string& head);
+
     // The key allocator; owned by the file.
     CIdentityMgr* GetIdentityMgr() const { return m_pIdentityMgr.get(); }
     // The target platform code of the model, written by Save into FileInfo

@@ -52,15 +52,22 @@ TEST_F(ModelFileTest, RefusesFilesThatAreNotSQLite) {
     WriteBytes(m_dir.File("empty.vrn"), "");
     ExpectRefused(m_dir.File("empty.vrn"), "empty");
     WriteBytes(m_dir.File("script.sql"), "CREATE TABLE ITEM (QTY NUMBER);\n");
-    ExpectRefused(m_dir.File("script.sql"), "not an SQLite database");
+    ExpectRefused(m_dir.File("script.sql"), "it is a text file, not an SQLite database");
     WriteBytes(m_dir.File("short.vrn"), "SQLite");
     ExpectRefused(m_dir.File("short.vrn"), "not an SQLite database");
+    // What a file is, named from its first bytes.
+    WriteBytes(m_dir.File("picture.vrn"), std::string("\x89PNG\r\n\x1A\n\0\0\0\rIHDR", 16));
+    ExpectRefused(m_dir.File("picture.vrn"), "it is a PNG image");
+    WriteBytes(m_dir.File("archive.vrn"), std::string("PK\x03\x04\x14\0\0\0", 8));
+    ExpectRefused(m_dir.File("archive.vrn"), "it is a ZIP archive");
+    WriteBytes(m_dir.File("noise.vrn"), std::string("\x01\x02\0\x03", 4));
+    ExpectRefused(m_dir.File("noise.vrn"), "binary data of an unknown kind");
 }
 
 TEST_F(ModelFileTest, RefusesSQLiteFilesOfOtherApplications) {
     const std::string path = m_dir.File("other.db");
     ExecOnFile(path, "CREATE TABLE customers (id INTEGER, name TEXT); INSERT INTO customers VALUES (1, 'x');");
-    ExpectRefused(path, "another kind");
+    ExpectRefused(path, "an SQLite database that is not a model");
 }
 
 TEST_F(ModelFileTest, RefusesAForeignFormatName) {

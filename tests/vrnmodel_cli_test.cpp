@@ -1,0 +1,103 @@
+// The command line as people expect it: help for every command, a version,
+// a short usage line on a usage error, and a message that names the problem
+// for every kind of wrong input.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <string>
+
+#include "CommandLineTest.h"
+#include "ModelFileReader.h"
+
+namespace {
+
+constexpr auto npos = std::string::npos;
+
+class CliTest : public CommandLineTest {
+protected:
+    void SetUp() override {
+        WriteBytes(m_dir.File("ok.sql"), "create table t (a int);\n");
+        WriteBytes(m_dir.File("empty.sql"), "");
+        WriteBytes(m_dir.File("picture.png"), std::string("\x89PNG\r\n\x1A\n\0\0\0\rIHDR", 16));
+        ExecOnFile(m_dir.File("other.db"), "CREATE TABLE customers (id INTEGER)");
+    }
+};
+
+TEST_F(CliTest, EveryCommandHasItsHelpAndTheProgramItsVersion) {
+    for (const char* command : {"import", "show", "diagram"}) {
+        SCOPED_TRACE(command);
+        ASSERT_EQ(Run(std::string(command) + " --help"), 0);
+        EXPECT_EQ(Out().rfind(std::string("usage: vrnmodel ") + command, 0), 0u) << Out();
+        ASSERT_EQ(Run(std::string("help ") + command), 0);
+        EXPECT_EQ(Out().rfind(std::string("usage: vrnmodel ") + command, 0), 0u) << Out();
+    }
+    ASSERT_EQ(Run("import --help"), 0);
+    EXPECT_NE(Out().find("Platform names: unknown (0), sqlite (0)"), npos) << Out();
+    ASSERT_EQ(Run("--version"), 0);
+    EXPECT_EQ(Out().rfind("vrnmodel 0.", 0), 0u) << Out();
+    ASSERT_EQ(Run("--help"), 0);
+    EXPECT_NE(Out().find("vrnmodel COMMAND --help"), npos) << Out();
+}
+
+struct CMistake {
+    const char* arguments;  // {OK}, {EMPTY}, {PNG}, {OTHER}, {DIR}, {NOSUCH} and {M} stand for the test's files
+    int status;
+    const char* says;
+};
+
+TEST_F(CliTest, EachMistakeGetsItsOwnMessage) {
+    const CMistake mistakes[] = {
+        {"frobnicate", 2, "unknown command 'frobnicate'"},
+        {"import {OK} -o", 2, "-o needs a value"},
+        {"import {OK} -o {M} --define", 2, "--define needs a value"},
+        {"import {OK} -o {M} --model-id 0", 2, "--model-id needs a number above 0"},
+        {"import {OK}", 2, "no model file given"},
+        {"import {OK} -o {M} --platform 50", 2, "unknown platform '50'; the platform names are unknown (0)"},
+        {"import {OK} -o {M} --platform 999", 2, "unknown platform '999'"},
+        {"import {OK} -o {M} --platform postgres", 2, "oracle (47)"},
+        {"import {DIR} -o {M}", 1, "is a directory, not a DDL script or an SQLite database"},
+        {"import {EMPTY} -o {M}", 1, "is empty: there is nothing to import"},
+        {"import {PNG} -o {M}", 1, "is a PNG image, not a DDL script or an SQLite database"},
+        {"import {NOSUCH} -o {M}", 1, "No such file or directory"},
+        {"show", 2, "no model file given"},
+        {"show {OK} {OK}", 2, "one model file at a time"},
+        {"show {DIR}", 1, "it is a directory"},
+        {"show {EMPTY}", 1, "it is empty"},
+        {"show {PNG}", 1, "it is a PNG image, not an SQLite database"},
+        {"show {OK}", 1, "it is a text file, not an SQLite database"},
+        {"show {OTHER}", 1, "it is an SQLite database that is not a model"},
+        {"diagram {OTHER} -o", 2, "-o needs a file name"},
+        {"diagram {OTHER} --tables", 2, "--tables needs a pattern"},
+    };
+    auto expand = [&](std::string arguments) {
+        const std::pair<const char*, std::string> names[] = {
+            {"{NOSUCH}", m_dir.File("nosuch.sql")}, {"{OK}", m_dir.File("ok.sql")},   {"{EMPTY}", m_dir.File("empty.sql")},
+            {"{PNG}", m_dir.File("picture.png")},   {"{OTHER}", m_dir.File("other.db")}, {"{DIR}", m_dir.Path()},
+            {"{M}", m_dir.File("m.vrn")},
+        };
+        for (const auto& [word, path] : names)
+            for (std::size_t at; (at = arguments.find(word)) != npos;) arguments.replace(at, std::strlen(word), path);
+        return arguments;
+    };
+    for (const CMistake& mistake : mistakes) {
+        SCOPED_TRACE(mistake.arguments);
+        EXPECT_EQ(Run(expand(mistake.arguments)), mistake.status);
+        EXPECT_NE(Err().find(mistake.says), npos) << Err();
+        if (mistake.status == 2 && std::string(mistake.arguments) != "frobnicate") {
+            // A usage error gets the command's usage line, not the whole help.
+            EXPECT_NE(Err().find("usage: vrnmodel "), npos) << Err();
+            EXPECT_EQ(Err().find("--verbose"), npos) << Err();
+        }
+    }
+    EXPECT_FALSE(std::filesystem::exists(m_dir.File("m.vrn")));
+}
+
+TEST_F(CliTest, PlatformNamesInAnyCaseAndCodesOfThePlatformTable) {
+    ASSERT_EQ(Run("import " + m_dir.File("ok.sql") + " -o " + m_dir.File("a.vrn") + " --platform Oracle"), 0) << Err();
+    EXPECT_NE(Out().find("Oracle 9i (47)"), npos) << Out();
+    ASSERT_EQ(Run("import " + m_dir.File("ok.sql") + " -o " + m_dir.File("b.vrn") + " --platform 33"), 0) << Err();
+    EXPECT_NE(Out().find("Microsoft SQL Server 7.x (33)"), npos) << Out();
+}
+
+}  // namespace

@@ -1,0 +1,51 @@
+#include "Command.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+
+#include <VrnIntf.h>
+
+#include "OutputFile.h"
+
+int UsageError(const CCommand& command, const std::string& problem) {
+    std::cerr << "vrnmodel: " << problem << "\nusage: " << command.usage << "\nSee 'vrnmodel " << command.name
+              << " --help'.\n";
+    return 2;
+}
+
+int Failure(const std::string& reason) {
+    std::cerr << "vrnmodel: " << reason << "\n";
+    return 1;
+}
+
+bool OutputIsNoInput(const std::string& output, const std::vector<std::string>& inputs) {
+    std::string error;
+    if (CheckOutputIsNoInput(output, inputs, error)) return true;
+    Failure(error);
+    return false;
+}
+
+bool ParsePlatform(const std::string& text, int& code) {
+    char* end = nullptr;
+    const long number = std::strtol(text.c_str(), &end, 10);
+    const CPlatformInfo* platform = !text.empty() && end && *end == '\0'
+                                        ? FindPlatform(static_cast<int>(number))
+                                        : FindPlatformByName(text.c_str());
+    if (!platform || !*platform->name) return false;  // codes 49 to 53 name no platform
+    code = platform->code;
+    return true;
+}
+
+std::string PlatformNames() {
+    std::string names;
+    for (int code = 0; code < kPlatformCount; ++code) {
+        const char* alias = kPlatforms[code].aliases;
+        for (const char* end = alias; *alias; alias = *end ? end + 1 : end) {
+            end = std::strchr(alias, ' ');
+            if (!end) end = alias + std::strlen(alias);
+            names += (names.empty() ? "" : ", ") + std::string(alias, end) + " (" + std::to_string(code) + ")";
+        }
+    }
+    return names;
+}

@@ -1,0 +1,244 @@
+// vrnmodel import: DDL scripts and SQLite databases into one model file,
+// through the public model builder interface, with a summary of what the
+// saved model holds.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include <VrnIntf.h>
+
+#include "Command.h"
+#include "DdlImporter.h"
+#include "ModelReport.h"
+#include "OutputFile.h"
+#include "SqlSource.h"
+#include "SqliteImporter.h"
+
+namespace {
+
+bool Contains(const std::string& text, const char* word) {
+    std::string upper(text.size(), ' ');
+    for (std::size_t i = 0; i < text.size(); ++i) upper[i] = AfxToUpperAscii(text[i]);
+    return upper.find(word) != std::string::npos;
+}
+
+// The code of the platform the command line calls `name`.
+int PlatformNamed(const char* name) {
+    const CPlatformInfo* platform = FindPlatformByName(name);
+    return platform ? platform->code : 0;
+}
+
+// A platform from what a script looks like, for inputs given without one.
+int GuessPlatform(const std::string& text) {
+    if (Contains(text, "STOGROUP") || Contains(text, "CURRENT SQLID") || Contains(text, "CCSID"))
+        return PlatformNamed("db2zos");
+    if (Contains(text, "DB2LOOK") || Contains(text, "ORGANIZE BY") || Contains(text, "CODEUNITS"))
+        return PlatformNamed("db2");
+    if (Contains(text, "VARCHAR2") || Contains(text, "NUMBER(") || Contains(text, "\n/\n")) return PlatformNamed("oracle");
+    if (Contains(text, "\nGO\n") || Contains(text, "SP_ADDTYPE") || Contains(text, "NVARCHAR") ||
+        Contains(text, "IDENTITY(")) {
+        return PlatformNamed(Contains(text, "SP_BINDRULE") && !Contains(text, "SYS.SP_") ? "sybase" : "sqlserver");
+    }
+    return PlatformNamed("unknown");
+}
+
+// Whether `path` can be imported, and as what: a script (text) or an SQLite
+// database; false with a reason that says what it is otherwise.
+bool CheckSource(const std::string& path, char& database, std::string& error) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) {
+        error = "cannot read '" + path + "': " + std::strerror(errno);
+        return false;
+    }
+    if (S_ISDIR(info.st_mode)) {
+        error = "'" + path + "' is a directory, not a DDL script or an SQLite database";
+        return false;
+    }
+    std::ifstream in(path, std::ios::binary);
+    char head[64] = {};
+    in.read(head, sizeof head);
+    const std::string kind = CVrnFile::DescribeContent(std::string(head, static_cast<std::size_t>(in.gcount())));
+    database = kind == "an SQLite database";
+    if (database || kind == "a text file" || kind == "a UTF-16 text file") return true;
+    error = kind == "an empty file" ? "'" + path + "' is empty: there is nothing to import"
+                                    : "'" + path + "' is " + kind + ", not a DDL script or an SQLite database";
+    return false;
+}
+
+void RegisterHostTexts() {
+    AfxSetResourceString(kHostTextProductName, "vrnmodel");
+    AfxSetResourceString(kHostTextModelName, "Physical model");
+    AfxSetResourceString(kHostTextDiagramName, "Main diagram");
+    AfxSetResourceString(kHostTextParentNotFound, "Parent table %1 was not found.");
+    AfxSetResourceString(kHostTextUnnamedKeyNotAdded, "A foreign key without a name was not added.");
+    AfxSetResourceString(kHostTextForeignKeyNotAdded, "Foreign key %1 was not added.");
+    AfxSetResourceString(kHostTextColumnPairNotAdded, "Foreign key %1: a column pair from %2 to %3 could not be added.");
+}
+
+struct CImportOptions {
+    std::vector<std::string> sources;
+    std::string output;
+    std::string continued;
+    std::string sqlId;
+    std::string encoding = "auto";
+    long modelId = 0;
+    int platform = -1;
+    bool verbose = false;
+    std::vector<std::pair<std::string, std::string>> tags;
+};
+
+int Import(const CImportOptions& options) {
+    const auto start = std::chrono::steady_clock::now();
+    RegisterHostTexts();
+    const bool progress = isatty(STDERR_FILENO) != 0;
+
+    // Read every source first: an unreadable one stops the import before a model is made.
+    std::vector<std::string> texts(options.sources.size());
+    std::vector<char> databases(options.sources.size());  // not vector<bool>: its elements are bound by reference
+    for (std::size_t i = 0; i < options.sources.size(); ++i) {
+        std::string error;
+        if (!CheckSource(options.sources[i], databases[i], error)) return Failure(error);
+        if (databases[i]) continue;
+        if (!ReadSourceText(options.sources[i], texts[i], error, options.encoding == "auto")) return Failure(error);
+    }
+    int platform = options.platform;
+    if (platform < 0) {
+        platform = 0;
+        for (std::size_t i = 0; i < texts.size() && platform == 0; ++i) platform = GuessPlatform(texts[i]);
+    }
+
+    CVrnAPI builder;
+    if (!builder.Initialize(platform, options.continued.empty() ? nullptr : options.continued.c_str())) {
+        std::cerr << "vrnmodel: " << builder.GetVrnFile()->GetLastError() << "\n";
+        return 1;
+    }
+    if (!options.sqlId.empty()) builder.SetDB2SqlId(options.sqlId.c_str());
+    if (options.modelId > 0) builder.SetModelId(static_cast<unsigned long>(options.modelId));
+
+    CImportReport report;
+    CDdlImporter importer(builder, report);
+    importer.SetTags(options.tags);
+    for (std::size_t i = 0; i < options.sources.size(); ++i) {
+        if (progress) std::fprintf(stderr, "\rreading %s ...", options.sources[i].c_str());
+        if (databases[i]) {
+            std::string error;
+            if (!ImportSqliteDatabase(options.sources[i], importer, error)) {
+                std::cerr << "\nvrnmodel: " << error << "\n";
+                return 1;
+            }
+        } else {
+            importer.ImportScript(options.sources[i], texts[i]);
+        }
+    }
+    importer.Finish();
+    if (progress) std::fprintf(stderr, "\r%*s\r", 60, "");
+
+    if (report.ImportedTotal() == 0) {
+        std::cerr << "vrnmodel: nothing could be imported\n";
+        return 1;
+    }
+    builder.SaveToFile(options.output.c_str());
+    const std::string saveError = builder.GetVrnFile()->GetLastError();
+    if (!saveError.empty()) {
+        std::cerr << "vrnmodel: the model was not saved: " << saveError << "\n";
+        return 1;
+    }
+    // What the saved model holds, read back: a foreign key that resolution
+    // dropped, or a view, is not counted as if it were kept.
+    CModel model;
+    std::string error;
+    if (!ReadModelFile(options.output, model, error)) {
+        std::cerr << "vrnmodel: the saved model cannot be read back: " << error << "\n";
+        return 1;
+    }
+    std::cout << "Imported into " << options.output << " (platform " << PlatformLine(model)
+              << (options.platform < 0 ? ", guessed from the input" : "") << ")\n";
+    std::cout << "The model holds:\n";
+    for (const auto& [kind, count] : CountObjects(model))
+        if (count != 0 || kind == "tables") std::cout << "  " << Counted(count, kind) << "\n";
+    const auto views = report.imported.find("views");
+    if (views != report.imported.end() && views->second > 0)
+        std::cout << "Read but not kept (a model keeps no rows for views):\n  " << Counted(views->second, "views")
+                  << "\n";
+    if (!report.skipped.empty()) {
+        std::cout << "Skipped statements:\n";
+        for (const auto& [kind, count] : report.skipped) {
+            std::cout << "  " << count << " " << kind;
+            if (options.verbose) {
+                std::cout << " at";
+                for (const std::string& where : report.skippedAt.at(kind)) std::cout << " " << where;
+            }
+            std::cout << "\n";
+        }
+    }
+    if (!report.warnings.empty()) {
+        std::cout << "Warnings: " << report.warnings.size() << (options.verbose ? "" : " (--verbose lists them)") << "\n";
+        if (options.verbose)
+            for (const std::string& warning : report.warnings) std::cout << "  " << warning << "\n";
+    }
+    if (!report.messages.empty()) {
+        std::cout << "Relationship resolution:\n";
+        for (const std::string& message : report.messages) std::cout << "  " << message << "\n";
+    }
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    std::printf("%d statements in %.2f s\n", report.statements, seconds);
+    return 0;
+}
+
+}  // namespace
+
+int RunImport(const CCommand& command, const std::vector<std::string>& args) {
+    CImportOptions options;
+    CArguments arguments(args);
+    for (std::string arg, text; arguments.Next(arg);) {
+        auto missing = [&] { return UsageError(command, arg + " needs a value"); };
+        if (arg == "-o" || arg == "--output") {
+            if (!arguments.Value(options.output)) return missing();
+        } else if (arg == "--platform") {
+            if (!arguments.Value(text)) return missing();
+            if (!ParsePlatform(text, options.platform))
+                return UsageError(command, "unknown platform '" + text + "'; the platform names are " + PlatformNames() +
+                                               ", or any code of the platform table that names a platform");
+        } else if (arg == "--continue") {
+            if (!arguments.Value(options.continued)) return missing();
+        } else if (arg == "--sql-id") {
+            if (!arguments.Value(options.sqlId)) return missing();
+        } else if (arg == "--model-id") {
+            if (!arguments.Value(text)) return missing();
+            char* end = nullptr;
+            options.modelId = std::strtol(text.c_str(), &end, 10);
+            if (text.empty() || *end || options.modelId <= 0) return UsageError(command, "--model-id needs a number above 0");
+        } else if (arg == "--encoding") {
+            if (!arguments.Value(options.encoding)) return missing();
+            if (options.encoding != "auto" && options.encoding != "utf-8")
+                return UsageError(command, "--encoding is auto or utf-8 (UTF-16 is recognised by its byte order mark)");
+        } else if (arg == "--define") {
+            if (!arguments.Value(text)) return missing();
+            if (text.find('=') == std::string::npos) return UsageError(command, "--define needs NAME=VALUE");
+            options.tags.emplace_back(text.substr(0, text.find('=')), text.substr(text.find('=') + 1));
+        } else if (arg == "--verbose" || arg == "-v") {
+            options.verbose = true;
+        } else if (!arg.empty() && arg[0] == '-') {
+            return UsageError(command, "unknown option " + arg);
+        } else {
+            options.sources.push_back(arg);
+        }
+    }
+    if (options.sources.empty()) return UsageError(command, "no source given");
+    if (options.output.empty()) return UsageError(command, "no model file given (-o MODEL)");
+    if (options.output == kStandardOutput)
+        return UsageError(command, "a model file cannot go to standard output (-o -): name a file");
+    // The model being continued may be the output: it is read whole before
+    // the new model replaces it, atomically.
+    if (!OutputIsNoInput(options.output, options.sources)) return 1;
+    return Import(options);
+}
