@@ -68,6 +68,7 @@ TEST_F(CliTest, EachMistakeGetsItsOwnMessage) {
         {"show {OK}", 1, "it is a text file, not an SQLite database"},
         {"show {OTHER}", 1, "it is an SQLite database that is not a model"},
         {"diagram {OTHER} -o", 2, "-o needs a file name"},
+        {"diagram {PNG} -o {M}", 1, "it is a PNG image, not an SQLite database"},
         {"diagram {OTHER} --tables", 2, "--tables needs a pattern"},
     };
     auto expand = [&](std::string arguments) {

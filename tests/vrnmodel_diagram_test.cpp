@@ -54,10 +54,16 @@ protected:
         }
         return table;
     }
+    std::string Dot(const CDiagramOptions& options) {
+        CModel model;
+        std::string dot, error;
+        EXPECT_TRUE(ReadModelFile(m_model, model, error)) << error;
+        WriteDiagramDot(model, options, dot);
+        return dot;
+    }
     std::string Svg(const CDiagramOptions& options) {
-        std::string dot, svg, error;
-        EXPECT_TRUE(WriteDiagramDot(m_model, options, dot, error)) << error;
-        EXPECT_TRUE(RenderSvg(dot, svg, error)) << error;
+        std::string svg, error;
+        EXPECT_TRUE(RenderSvg(Dot(options), svg, error)) << error;
         return svg;
     }
 
@@ -74,7 +80,7 @@ TEST_F(DiagramTest, OneBoxPerTableAndOneLinePerWrittenForeignKey) {
     EXPECT_EQ(Occurrences(svg, "stroke-dasharray"), 1);
     EXPECT_NE(svg.find("id=\"table_EMP_SKILL\""), std::string::npos);
     EXPECT_NE(svg.find("DEPT_ID (FK)"), std::string::npos);
-    EXPECT_NE(svg.find("NUM(6)"), std::string::npos);
+    EXPECT_NE(svg.find("NUMBER(6)"), std::string::npos);  // types as the platform writes them
     EXPECT_EQ(svg.find("FK_BROKEN"), std::string::npos);
 }
 
@@ -92,12 +98,9 @@ TEST_F(DiagramTest, PatternsDrawASubsetAndNoColumnsOnlyNames) {
     EXPECT_EQ(bare.find("DEPT_ID"), std::string::npos);
 }
 
-TEST_F(DiagramTest, RefusesWhatIsNotAModelAndSaysWhenDotIsMissing) {
-    std::string dot, svg, error;
-    WriteBytes(m_dir.File("notes.txt"), "hello");
-    EXPECT_FALSE(WriteDiagramDot(m_dir.File("notes.txt"), CDiagramOptions(), dot, error));
-    EXPECT_NE(error.find("not a model file"), std::string::npos);
-    ASSERT_TRUE(WriteDiagramDot(m_model, CDiagramOptions(), dot, error));
+TEST_F(DiagramTest, SaysWhenDotIsMissing) {
+    std::string svg, error;
+    const std::string dot = Dot(CDiagramOptions());
     const std::string path = std::getenv("PATH") ? std::getenv("PATH") : "";
     setenv("PATH", "/nonexistent", 1);
     const bool rendered = RenderSvg(dot, svg, error);

@@ -1,6 +1,6 @@
 #include "ModelDiagram.h"
 
-#include "ModelQuery.h"
+#include "ModelReport.h"
 
 #include <fcntl.h>
 #include <fnmatch.h>
@@ -15,10 +15,6 @@
 #include <vector>
 
 namespace {
-
-using CRow = std::vector<std::string>;
-
-std::vector<CRow> Query(sqlite3* db, const std::string& sql) { return QueryRows(db, sql).rows; }
 
 // Text for Graphviz's HTML-like labels.
 std::string Escape(const std::string& text) {
@@ -74,31 +70,21 @@ std::string Label(const CTable& table, bool columns) {
 
 }  // namespace
 
-bool WriteDiagramDot(const std::string& modelPath, const CDiagramOptions& options, std::string& dot,
-                     std::string& error) {
-    const CModelDatabase db = OpenModelFile(modelPath, error);
-    if (!db) return false;
-
-    std::map<std::string, CTable> tables;  // by entity key
-    for (const CRow& row : Query(db.get(), "SELECT entity_key, owner, entity_name FROM Entity GROUP BY entity_key "
-                                           "ORDER BY min(row_seq)")) {
+bool WriteDiagramDot(const CModel& model, const CDiagramOptions& options, std::string& dot) {
+    // The physical tables: each column once, whatever copies the model keeps
+    // of columns that several relationships share.
+    std::map<std::uint32_t, CTable> tables;  // by table key
+    for (const CModelTable& table : model.tables) {
         if (!options.tablePattern.empty() &&
-            fnmatch(options.tablePattern.c_str(), row[2].c_str(), FNM_CASEFOLD) != 0)
+            fnmatch(options.tablePattern.c_str(), table.name.c_str(), FNM_CASEFOLD) != 0)
             continue;
-        tables[row[0]] = CTable{row[1], row[2], {}};
-    }
-    if (options.columns) {
-        const std::string sql =
-            "SELECT a.entity_key, a.column_name, a.datatype || CASE WHEN a.width > 0 THEN '(' || a.width || "
-            "CASE WHEN a.scale > 0 THEN ',' || a.scale ELSE '' END || ')' ELSE '' END, "
-            "EXISTS (SELECT 1 FROM PrimaryKey p WHERE p.entity_key = a.entity_key AND p.attribute_no = "
-            "a.attribute_no), EXISTS (SELECT 1 FROM ForeignKeyColumn c WHERE c.child_entity_key = a.entity_key AND "
-            "c.child_attribute_no = a.attribute_no) FROM Attribute a GROUP BY a.entity_key, a.attribute_no "
-            "ORDER BY a.entity_key, a.attribute_no";
-        for (const CRow& row : Query(db.get(), sql)) {
-            const auto table = tables.find(row[0]);
-            if (table != tables.end()) table->second.columns.push_back(CColumn{row[1], row[2], row[3] == "1", row[4] == "1"});
-        }
+        CTable& drawn = tables[table.key];
+        drawn.owner = table.owner;
+        drawn.name = table.name;
+        if (!options.columns) continue;
+        for (const CModelColumn& column : table.columns)
+            drawn.columns.push_back(
+                CColumn{column.name, ColumnType(model, column), column.inPrimaryKey, !column.foreignKeys.empty()});
     }
 
     std::ostringstream out;
@@ -109,14 +95,14 @@ bool WriteDiagramDot(const std::string& modelPath, const CDiagramOptions& option
     for (const auto& [key, table] : tables)
         out << "  t" << key << " [id=\"table_" << Escape(table.name) << "\", label=" << Label(table, options.columns)
             << "];\n";
-    for (const CRow& row : Query(db.get(), "SELECT fk_key, parent_entity_key, child_entity_key, relationship_type, "
-                                           "t6, name FROM ForeignKey GROUP BY fk_key ORDER BY min(row_seq)")) {
-        if (!tables.count(row[1]) || !tables.count(row[2])) continue;
-        const bool identifying = row[3] == "I";
-        const bool optional = row[4] == "O";
-        out << "  t" << row[1] << " -> t" << row[2] << " [style=" << (identifying ? "solid" : "dashed")
-            << ", arrowtail=" << (optional ? "teeodot" : "teetee") << ", arrowhead=crowodot, tooltip=\""
-            << Escape(row[5]) << "\"];\n";
+    for (const CModelForeignKey& foreignKey : model.foreignKeys) {
+        if (foreignKey.parentTable < 0 || foreignKey.childTable < 0) continue;
+        const std::uint32_t parent = model.tables[foreignKey.parentTable].key;
+        const std::uint32_t child = model.tables[foreignKey.childTable].key;
+        if (!tables.count(parent) || !tables.count(child)) continue;
+        out << "  t" << parent << " -> t" << child << " [style=" << (foreignKey.identifying ? "solid" : "dashed")
+            << ", arrowtail=" << (foreignKey.optional ? "teeodot" : "teetee") << ", arrowhead=crowodot, tooltip=\""
+            << Escape(foreignKey.name) << "\"];\n";
     }
     out << "}\n";
     dot = out.str();

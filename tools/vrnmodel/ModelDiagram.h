@@ -8,15 +8,16 @@
 
 #include <string>
 
+#include <VrnReader.h>
+
 struct CDiagramOptions {
     std::string tablePattern;  // shell pattern on table names (any letter case); empty for all
     bool columns = true;       // false: table names only, for a bird's-eye view
 };
 
-// The diagram in Graphviz's language; false (with a reason) when the file is
-// not a model file.
-bool WriteDiagramDot(const std::string& modelPath, const CDiagramOptions& options, std::string& dot,
-                     std::string& error);
+// The diagram of a model in Graphviz's language: its tables with each column
+// once, typed as the model's platform writes types.
+bool WriteDiagramDot(const CModel& model, const CDiagramOptions& options, std::string& dot);
 
 // Lays `dot` out as SVG with the dot program; false with a reason when dot is
 // missing or fails.

@@ -8,9 +8,18 @@
 #include <vector>
 
 #include "DdlImporter.h"
-#include "ModelQuery.h"
 
 namespace {
+
+struct CSqliteCloser {
+    void operator()(sqlite3* db) const { sqlite3_close(db); }
+};
+
+// `path` as a name that SQLite takes for a plain file: this SQLite reads
+// names that start with "file:" as URIs, where '?', '#' and '%' mean more.
+std::string SqliteFileName(const std::string& path) {
+    return path.compare(0, 5, "file:") == 0 ? "./" + path : path;
+}
 
 struct CStatementCloser {
     void operator()(sqlite3_stmt* stmt) const { sqlite3_finalize(stmt); }
