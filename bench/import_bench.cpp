@@ -15,7 +15,7 @@
 
 namespace {
 
-// 20 columns, a key, an index and a foreign key to the previous table each,
+// 20 columns, a key, two indexes and a foreign key to the previous table each,
 // plus a comment and a row of data: the shape of a real schema script.
 std::string GeneratedScript(long tables) {
     std::string script;
@@ -25,6 +25,7 @@ std::string GeneratedScript(long tables) {
         for (int c = 0; c < 18; ++c) script += ",\n  c" + std::to_string(c) + " VARCHAR(" + std::to_string(10 + c) + ")";
         script += ",\n  CONSTRAINT pk_" + name + " PRIMARY KEY (id)\n);\n";
         script += "CREATE INDEX ix_" + name + " ON " + name + " (c1, c2 DESC);\n";
+        script += "CREATE INDEX ix2_" + name + " ON " + name + " (c3);\n";
         if (t > 0)
             script += "ALTER TABLE " + name + " ADD CONSTRAINT fk_" + name + " FOREIGN KEY (parent_id) REFERENCES t" +
                       std::to_string(t - 1) + " (id);\n";

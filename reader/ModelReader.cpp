@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "store/PropertyMgr.h"
@@ -49,7 +50,9 @@ std::string SqliteFileName(const std::string& path) {
     return path.compare(0, 5, "file:") == 0 ? "./" + path : path;
 }
 
-using CKeyPair = std::pair<std::uint32_t, std::uint32_t>;
+// Two 32-bit keys (an owner's key and a number within it) as one hash key.
+std::uint64_t KeyPair(std::uint32_t owner, std::uint32_t number) { return std::uint64_t(owner) << 32 | number; }
+using CKeySet = std::unordered_set<std::uint64_t>;
 
 // Properties of one kind of owner by its key, in the order they were stored.
 std::map<std::uint32_t, std::vector<CModelProperty>> ReadProperties(sqlite3* db, const char* ownerKind) {
@@ -147,12 +150,17 @@ private:
 
     void ReadColumns() {
         auto properties = ReadProperties(m_db, "attribute");
+        // Each table's vector gets its size at once: grown by doubling, the
+        // columns of a catalog would take half as much again.
+        for (CRows rows(m_db, "SELECT entity_key, count(*) FROM Attribute GROUP BY entity_key"); rows.Next();)
+            if (CModelTable* table = TableByKey(rows.Key(0))) table->columns.reserve(static_cast<std::size_t>(rows.Int(1)));
+        CKeySet columnSeen;
         std::map<std::uint32_t, std::string> userDatatypes;
         for (CRows rows(m_db, "SELECT user_datatype_id, name FROM UserDatatype"); rows.Next();)
             userDatatypes.emplace(rows.Key(0), rows.Text(1));
-        std::map<CKeyPair, bool> primaryKey;
+        CKeySet primaryKey;
         for (CRows rows(m_db, "SELECT entity_key, attribute_no FROM PrimaryKey"); rows.Next();)
-            primaryKey[{rows.Key(0), rows.Key(1)}] = true;
+            primaryKey.insert(KeyPair(rows.Key(0), rows.Key(1)));
         for (CRows rows(m_db,
                         "SELECT entity_key, attribute_no, attribute_id, sequence_no, column_name, attribute_name, "
                         "role_name, datatype, width, scale, null_option, default_text, check_constraint, definition, "
@@ -184,7 +192,7 @@ private:
             column.ruleId = rows.Key(16);
             column.defaultId = rows.Key(17);
             column.relationKey = rows.Key(18);
-            column.inPrimaryKey = primaryKey.count({table->key, column.attributeNo}) != 0;
+            column.inPrimaryKey = primaryKey.count(KeyPair(table->key, column.attributeNo)) != 0;
             // Copies of shared migrated columns are the only attributes the
             // builder makes without an identifier.
             column.isCopy = column.attributeId == 0;
@@ -193,7 +201,7 @@ private:
             for (const CModelProperty& property : column.properties)
                 if (property.propertyNo == kIdentityProperty) column.identity = true;
             // An attribute written again by a later save is the same column.
-            if (!m_columnSeen.emplace(CKeyPair{table->key, column.attributeNo}, true).second) continue;
+            if (!columnSeen.insert(KeyPair(table->key, column.attributeNo)).second) continue;
             (column.isCopy ? table->copies : table->columns).push_back(std::move(column));
         }
     }
@@ -202,10 +210,11 @@ private:
     void IndexColumns() {
         for (std::size_t t = 0; t < m_model.tables.size(); ++t)
             for (std::vector<CModelColumn>* list : {&m_model.tables[t].columns, &m_model.tables[t].copies})
-                for (CModelColumn& column : *list) m_columnByKey.emplace(CKeyPair{static_cast<std::uint32_t>(t), column.attributeNo}, &column);
+                for (CModelColumn& column : *list)
+                    m_columnByKey.emplace(KeyPair(static_cast<std::uint32_t>(t), column.attributeNo), &column);
     }
     CModelColumn* Column(int table, std::uint32_t attributeNo) {
-        const auto found = m_columnByKey.find(CKeyPair{static_cast<std::uint32_t>(table), attributeNo});
+        const auto found = m_columnByKey.find(KeyPair(static_cast<std::uint32_t>(table), attributeNo));
         return found == m_columnByKey.end() ? nullptr : found->second;
     }
 
@@ -287,12 +296,12 @@ private:
             if (foreignKey.parentTable >= 0) m_model.tables[foreignKey.parentTable].referencedBy.push_back(index);
             m_model.foreignKeys.push_back(std::move(foreignKey));
         }
-        std::map<CKeyPair, bool> pairSeen;
+        CKeySet pairSeen;
         for (CRows rows(m_db, "SELECT fk_key, column_key, parent_attribute_no, child_attribute_no FROM "
                               "ForeignKeyColumn ORDER BY row_seq");
              rows.Next();) {
             const auto found = byKey.find(rows.Key(0));
-            if (found == byKey.end() || !pairSeen.emplace(CKeyPair{rows.Key(0), rows.Key(1)}, true).second) continue;
+            if (found == byKey.end() || !pairSeen.insert(KeyPair(rows.Key(0), rows.Key(1))).second) continue;
             CModelForeignKey& foreignKey = m_model.foreignKeys[found->second];
             CModelColumnPair pair;
             pair.parentAttributeNo = rows.Key(2);
@@ -429,8 +438,7 @@ private:
     sqlite3* m_db;
     CModel& m_model;
     std::unordered_map<std::uint32_t, int> m_tableByKey;
-    std::map<CKeyPair, bool> m_columnSeen;
-    std::map<CKeyPair, CModelColumn*> m_columnByKey;  // (table index, attribute number) -> column
+    std::unordered_map<std::uint64_t, CModelColumn*> m_columnByKey;  // (table index, attribute number) -> column
     std::map<std::uint32_t, std::pair<int, int>> m_indexOwner;  // index key -> (table, index in table)
 };
 

@@ -1,0 +1,55 @@
+// Reads a model file with the model reader and writes the text and JSON
+// reports of `vrnmodel show` into memory, timing each:
+//   show_bench MODEL_FILE
+// Prints one line of name=value figures; bench/run compares them with the
+// import that made the file.
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <cstdio>
+#include <sstream>
+
+#include "ModelReport.h"
+
+namespace {
+
+double Since(std::chrono::steady_clock::time_point& start) {
+    const auto now = std::chrono::steady_clock::now();
+    const double seconds = std::chrono::duration<double>(now - start).count();
+    start = now;
+    return seconds;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: show_bench MODEL_FILE\n");
+        return 2;
+    }
+    auto clock = std::chrono::steady_clock::now();
+    CModel model;
+    std::string error;
+    if (!ReadModelFile(argv[1], model, error)) {
+        std::fprintf(stderr, "show_bench: %s\n", error.c_str());
+        return 1;
+    }
+    const double read = Since(clock);
+    rusage afterRead{};
+    getrusage(RUSAGE_SELF, &afterRead);
+    std::ostringstream text;
+    WriteTextReport(model, CReportOptions(), text);
+    const double report = Since(clock);
+    std::ostringstream json;
+    WriteJsonReport(model, json);
+    const double jsonReport = Since(clock);
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    struct stat info {};
+    stat(argv[1], &info);
+    std::printf("tables=%zu read=%.3f text=%.3f json=%.3f read_peak_kib=%ld peak_kib=%ld file_bytes=%lld\n",
+                model.tables.size(), read, report, jsonReport, afterRead.ru_maxrss, usage.ru_maxrss,
+                static_cast<long long>(info.st_size));
+    return 0;
+}
