@@ -33,7 +33,9 @@ protected:
         m_builder.SetEntityProperty(m_customer, 28, 1);  // logging: a table property
         const unsigned long id = m_builder.AddAttribute(m_customer, "id", "int", -1, -1, 0, 0);
         m_builder.SetAttributeProperty(id, 82, 1);  // identity
-        m_builder.AddAttribute(m_customer, "name", "nvarchar", 80, -1, 0, 0);
+        const unsigned long name = m_builder.AddAttribute(m_customer, "name", "nvarchar", 80, -1, 0, 0);
+        m_builder.SetAttributeStringProperty(name, 2, "as printed on invoices");
+        m_builder.SetAttributeStringProperty(name, 11, "len(name) > 0");
         const unsigned long zip = m_builder.AddAttribute(m_customer, "zip", "zipcode", -1, -1, 1, 0);
         m_builder.SetAttributeStringProperty(zip, 9, "'00000'");
         m_builder.AddAttribute(m_customer, "balance", "numeric", 10, 2, 1, 0);
@@ -47,6 +49,8 @@ protected:
         m_builder.SetIndexStringProperty(byName, 15, "INDEXES");
         const unsigned long byZip = m_builder.AddIndex(m_customer, "ix_customer_zip");
         m_builder.AddIndexColumn(byZip, "zip", 0, 0);
+        m_builder.SetIndexProperty(byZip, 41, 12);  // a storage parameter slot of the index
+        m_builder.AddIndexPartition(byZip, "ip_zip");
         m_builder.AddCheckConstraint("ck_balance", "balance >= 0", m_customer, "balance", 0);
         m_builder.AddCheckConstraint("ck_table", "id > 0", m_customer, nullptr, 0);
         m_partition = m_builder.AddTablePartition(m_customer, "p_old");
@@ -138,6 +142,11 @@ TEST_F(ReaderTest, ColumnsInOrderWithEveryField) {
     const CModelColumn& name = Column(customer, "name");
     EXPECT_EQ(name.datatype, "VAN");
     EXPECT_EQ(name.width, 80);
+    EXPECT_EQ(name.attributeName, "name");
+    EXPECT_EQ(name.definition, "as printed on invoices");
+    EXPECT_EQ(name.checkText, "len(name) > 0");
+    EXPECT_EQ(name.attributeNo, 2u);
+    EXPECT_NE(name.attributeId, 0u);
     EXPECT_FALSE(name.inPrimaryKey);
     EXPECT_FALSE(name.identity);
     const CModelColumn& zip = Column(customer, "zip");
@@ -172,6 +181,10 @@ TEST_F(ReaderTest, KeysAndIndexesWithColumnsAndSortOrder) {
     EXPECT_EQ(byZip.keyType, 'I');
     EXPECT_FALSE(byZip.unique);
     EXPECT_FALSE(byZip.columns[0].descending);
+    EXPECT_EQ(byZip.storageParams[0], 12);  // code 41 fills slot 1
+    ASSERT_EQ(byZip.partitions.size(), 1u);
+    EXPECT_EQ(m_model.partitions[byZip.partitions[0]].name, "ip_zip");
+    EXPECT_TRUE(m_model.partitions[byZip.partitions[0]].ofIndex);
 }
 
 TEST_F(ReaderTest, ForeignKeysWithPairsActionsAndTheCopiesTheyUse) {
@@ -247,11 +260,13 @@ TEST_F(ReaderTest, CodeObjectsWithTheirWholeText) {
 
 TEST_F(ReaderTest, PartitionsWithTheirProperties) {
     const CModel& model = Read();
-    ASSERT_EQ(model.partitions.size(), 1u);
-    const CModelPartition& partition = model.partitions[0];
+    ASSERT_EQ(model.partitions.size(), 2u);
+    const CModelTable& customer = Table(model, "customer");
+    ASSERT_EQ(customer.partitions.size(), 1u);  // the index's partition is listed by the index
+    const CModelPartition& partition = model.partitions[customer.partitions[0]];
     EXPECT_EQ(partition.name, "p_old");
     EXPECT_FALSE(partition.ofIndex);
-    EXPECT_EQ(Table(model, "customer").partitions, std::vector<int>{0});
+    EXPECT_EQ(partition.key, m_partition);
     ASSERT_EQ(partition.properties.size(), 1u);
     EXPECT_EQ(partition.properties[0].name, "Partition Limit");
     EXPECT_EQ(partition.properties[0].text, "100");
