@@ -48,7 +48,9 @@ private:
     // the named file meets again and then reports), a named file is tried.
     bool Create() {
         int fd = -1;
-        if (m_fs.CreateUnnamed(DirectoryOf(m_target), &fd) == 0) {
+        // An unnamed file is named through /proc/self/fd: without /proc it
+        // could be written but never named.
+        if (::access("/proc/self/fd", F_OK) == 0 && m_fs.CreateUnnamed(DirectoryOf(m_target), &fd) == 0) {
             m_fd = fd;
             m_unnamed = true;
         } else {
@@ -135,12 +137,38 @@ private:
 
 }  // namespace
 
-bool WriteFileAtomically(CFileSystem& fs, const std::string& target, const void* data, std::size_t size,
+bool WriteFileAtomically(CFileSystem& fs, const std::string& path, const void* data, std::size_t size,
                          std::string* reason) {
+    // A link is followed: the file it names is replaced, the link stays. A
+    // device or a pipe is never replaced by a file.
+    std::string target;
+    if (!FollowLinks(path, target)) {
+        *reason = "cannot save '" + path + "': " + std::strerror(ELOOP);
+        return false;
+    }
+    struct stat existing {};
+    if (::stat(target.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode) && !S_ISDIR(existing.st_mode)) {
+        *reason = "cannot save '" + path + "': it is a device, a pipe or a socket, not a file";
+        return false;
+    }
     CReplacement replacement(fs, target, reason);
     if (!replacement.Run(static_cast<const char*>(data), size)) return false;
     reason->clear();
     return true;
+}
+
+bool FollowLinks(const std::string& path, std::string& target) {
+    target = path;
+    for (int depth = 0; depth < 40; ++depth) {
+        struct stat link {};
+        if (::lstat(target.c_str(), &link) != 0 || !S_ISLNK(link.st_mode)) return true;
+        std::string named(static_cast<std::size_t>(link.st_size) + 256, '\0');
+        const ssize_t length = ::readlink(target.c_str(), &named[0], named.size());
+        if (length <= 0 || static_cast<std::size_t>(length) >= named.size()) return true;
+        named.resize(static_cast<std::size_t>(length));
+        target = named[0] == '/' ? named : DirectoryOf(target) + "/" + named;
+    }
+    return false;
 }
 
 std::string DirectoryOf(const std::string& path) {

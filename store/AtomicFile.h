@@ -29,6 +29,10 @@ bool WriteFileAtomically(CFileSystem& fs, const std::string& target, const void*
 // The directory part of `path`: "." for a bare name, "/" for a name in the root.
 std::string DirectoryOf(const std::string& path);
 
+// The file that `path` names once its symbolic links are followed (the path
+// itself when it is none, or names nothing yet); false for a loop of links.
+bool FollowLinks(const std::string& path, std::string& target);
+
 // The start of a temporary file's name in the target's directory: the
 // target's path with its file name cut to at most 64 bytes on a character
 // boundary, so that what a suffix adds never goes past the file system's limit

@@ -272,6 +272,44 @@ TEST_F(ReaderTest, PartitionsWithTheirProperties) {
     EXPECT_EQ(partition.properties[0].text, "100");
 }
 
+TEST_F(ReaderTest, AModelSavedAgainReadsAsItWasLastSaved) {
+    // Every save writes the rows again: the last row of each object counts,
+    // and nothing is read twice.
+    const std::string first = m_dir.File("first.vrn");
+    m_builder.SaveToFile(first.c_str());
+    const unsigned long name = m_builder.FindAttribute(m_customer, "name");
+    m_builder.SetAttributeProperty(name, 6, 99);  // width
+    m_builder.SetAttributeProperty(name, 8, 1);   // nullable
+    const CModel& model = Read();
+    const CModelTable& customer = Table(model, "customer");
+    EXPECT_EQ(customer.columns.size(), 4u);
+    EXPECT_EQ(Column(customer, "name").width, 99);
+    EXPECT_TRUE(Column(customer, "name").nullable);
+    ASSERT_EQ(customer.indexes.size(), 3u);
+    EXPECT_EQ(customer.indexes[1].columns.size(), 1u);
+    EXPECT_EQ(model.checks.size(), 2u);
+    EXPECT_EQ(customer.checks.size(), 2u);
+    EXPECT_EQ(model.triggers.size(), 1u);
+    EXPECT_EQ(model.procedures.size(), 1u);
+    EXPECT_EQ(model.packages.size(), 1u);
+    EXPECT_EQ(model.foreignKeys.size(), 2u);
+    EXPECT_EQ(model.foreignKeys[0].pairs.size(), 1u);
+    EXPECT_EQ(Table(model, "invoice").copies.size(), 1u);
+}
+
+TEST_F(ReaderTest, AVersion1FileKeepsItsPackages) {
+    const std::string path = m_dir.File("old.vrn");
+    m_builder.SaveToFile(path.c_str());
+    ExecOnFile(path, "ALTER TABLE DbPackage RENAME COLUMN header_text TO spec_text; "
+                     "UPDATE FileInfo SET value = '1' WHERE name = 'format_version'");
+    CModel model;
+    std::string error;
+    ASSERT_TRUE(ReadModelFile(path, model, error)) << error;
+    EXPECT_EQ(model.formatVersion, 1);
+    ASSERT_EQ(model.packages.size(), 1u);
+    EXPECT_EQ(model.packages[0].text, "package pk_billing is end;");
+}
+
 TEST(ReaderRefusalTest, FilesThatAreNotModelsAreRefusedWithTheLibrarysReason) {
     CScratchDir dir;
     CModel model;

@@ -39,19 +39,40 @@ mode_t ModeFor(const std::string& target) {
     return 0666 & ~mask;
 }
 
-// A link is followed: the file it names is replaced (or made), the link stays.
-std::string LinkTarget(const std::string& path) {
-    std::string target = path;
+// The number N of a name of this process's open descriptor N
+// ("/proc/self/fd/N", "/dev/fd/N"), or -1.
+int DescriptorNamed(const std::string& path) {
+    for (const char* prefix : {"/proc/self/fd/", "/dev/fd/"}) {
+        const std::size_t length = std::strlen(prefix);
+        if (path.compare(0, length, prefix) != 0 || path.size() == length) continue;
+        int fd = 0;
+        for (std::size_t i = length; i < path.size(); ++i) {
+            if (path[i] < '0' || path[i] > '9' || fd > 100000) return -1;
+            fd = fd * 10 + (path[i] - '0');
+        }
+        return fd;
+    }
+    return -1;
+}
+
+// Where an output goes once its links are followed: the file they name (to
+// be replaced or made, the links staying), or one of this process's open
+// descriptors (/dev/stdout is /proc/self/fd/1), which is written to as it
+// is. False for a loop of links.
+bool FollowOutput(const std::string& path, std::string& target, int& descriptor) {
+    target = path;
     for (int depth = 0; depth < 40; ++depth) {
+        descriptor = DescriptorNamed(target);
+        if (descriptor >= 0) return true;
         struct stat link {};
-        if (::lstat(target.c_str(), &link) != 0 || !S_ISLNK(link.st_mode)) break;
-        std::string named(static_cast<std::size_t>(link.st_size) + 1, '\0');
+        if (::lstat(target.c_str(), &link) != 0 || !S_ISLNK(link.st_mode)) return true;
+        std::string named(static_cast<std::size_t>(link.st_size) + 256, '\0');
         const ssize_t length = ::readlink(target.c_str(), &named[0], named.size());
-        if (length <= 0 || static_cast<std::size_t>(length) >= named.size()) break;
+        if (length <= 0 || static_cast<std::size_t>(length) >= named.size()) return true;
         named.resize(static_cast<std::size_t>(length));
         target = named[0] == '/' ? named : DirectoryOf(target) + "/" + named;
     }
-    return target;
+    return false;
 }
 
 }  // namespace
@@ -77,8 +98,21 @@ bool WriteOutput(const std::string& path, const std::string& bytes, std::string&
         error = "cannot write to standard output: " + reason;
         return false;
     }
+    std::string target;
+    int descriptor = -1;
+    if (!FollowOutput(path, target, descriptor)) {
+        error = "cannot write '" + path + "': " + std::strerror(ELOOP);
+        return false;
+    }
+    if (descriptor >= 0) {
+        // Written where the descriptor points (standard output appending to
+        // a log stays appending), never replaced.
+        if (WriteAll(descriptor, bytes, reason)) return true;
+        error = "cannot write '" + path + "': " + reason;
+        return false;
+    }
     struct stat existing {};
-    if (::stat(path.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode)) {
+    if (::stat(target.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode)) {
         if (S_ISDIR(existing.st_mode)) {
             error = "cannot write '" + path + "': it is a directory";
             return false;
@@ -91,7 +125,6 @@ bool WriteOutput(const std::string& path, const std::string& bytes, std::string&
         if (!done) error = "cannot write '" + path + "': " + reason;
         return done;
     }
-    const std::string target = LinkTarget(path);
     // A short name in the target's directory, whatever the target's length.
     std::string temp = DirectoryOf(target) + "/.vrnmodel-XXXXXX";
     const int fd = ::mkstemp(&temp[0]);
