@@ -21,6 +21,17 @@ protected:
         const int status = std::system(command.c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
+    // The exit status of a shell command line in which "vrnmodel" is the
+    // program under test; its standard error is kept.
+    int Shell(std::string commandLine) {
+        const std::string program = VRNMODEL_PATH;
+        for (std::size_t at = commandLine.find("vrnmodel"); at != std::string::npos;
+             at = commandLine.find("vrnmodel", at + program.size()))
+            commandLine.replace(at, 8, program);
+        const std::string command = "( " + commandLine + " ) 2> " + m_out.File("err.txt");
+        const int status = std::system(command.c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
     std::string Out() { return ReadBytes(m_out.File("out.txt")); }
     std::string Err() { return ReadBytes(m_out.File("err.txt")); }
 

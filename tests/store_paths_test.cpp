@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -52,14 +53,30 @@ TEST_F(ModelPathTest, AbsolutePathsThatStartWithTwoSlashes) {
     EXPECT_EQ(m_dir.Entries(), (std::vector<std::string>{"model.vrn", "model2.vrn"}));
 }
 
+// Works in another directory while it lives, and goes back whatever happens.
+class CWorkingDirectory {
+public:
+    explicit CWorkingDirectory(const std::string& path) {
+        m_entered = getcwd(m_previous, sizeof m_previous) != nullptr && chdir(path.c_str()) == 0;
+    }
+    ~CWorkingDirectory() {
+        if (m_entered && chdir(m_previous) != 0) std::abort();  // the other tests would run in the wrong place
+    }
+    bool Entered() const { return m_entered; }
+
+private:
+    char m_previous[4096] = {};
+    bool m_entered = false;
+};
+
 TEST_F(ModelPathTest, RelativePaths) {
-    char previous[4096];
-    ASSERT_NE(getcwd(previous, sizeof previous), nullptr);
-    ASSERT_EQ(chdir(m_dir.Path().c_str()), 0);
-    ExpectSavesAndOpens("model.vrn");
-    ExpectSavesAndOpens("./file:x.vrn");
-    ExpectSavesAndOpens("../" + m_dir.Path().substr(m_dir.Path().rfind('/') + 1) + "/up.vrn");
-    ASSERT_EQ(chdir(previous), 0);
+    {
+        const CWorkingDirectory inside(m_dir.Path());
+        ASSERT_TRUE(inside.Entered());
+        ExpectSavesAndOpens("model.vrn");
+        ExpectSavesAndOpens("./file:x.vrn");
+        ExpectSavesAndOpens("../" + m_dir.Path().substr(m_dir.Path().rfind('/') + 1) + "/up.vrn");
+    }
     EXPECT_EQ(m_dir.Entries(), (std::vector<std::string>{"file:x.vrn", "model.vrn", "up.vrn"}));
 }
 

@@ -51,7 +51,10 @@ TEST_F(CliTest, EachMistakeGetsItsOwnMessage) {
         {"frobnicate", 2, "unknown command 'frobnicate'"},
         {"import {OK} -o", 2, "-o needs a value"},
         {"import {OK} -o {M} --define", 2, "--define needs a value"},
-        {"import {OK} -o {M} --model-id 0", 2, "--model-id needs a number above 0"},
+        {"import {OK} -o {M} --model-id 0", 2, "--model-id needs a number from 1 to 4294967295"},
+        {"import {OK} -o {M} --model-id 4294967297", 2, "--model-id needs a number from 1 to 4294967295"},
+        {"import {OK} -o {M} --platform 4294967337", 2, "unknown platform '4294967337'"},
+        {"show -o -h {OK}", 1, "it is a text file"},  // -h as the value of -o is a file name, not a request for help
         {"import {OK}", 2, "no model file given"},
         {"import {OK} -o {M} --platform 50", 2, "unknown platform '50'; the platform names are unknown (0)"},
         {"import {OK} -o {M} --platform 999", 2, "unknown platform '999'"},

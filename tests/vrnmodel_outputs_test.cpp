@@ -2,6 +2,7 @@
 // one of its inputs, never reports success for output that did not arrive,
 // and never leaves a file half written.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -93,6 +94,49 @@ TEST_F(ClientFilesTest, AFailedCommandLeavesItsPreviousOutputAsItWas) {
     ASSERT_EQ(Run("show " + m_dir.File("m.vrn") + " -o " + m_dir.File("latest.txt")), 0) << Err();
     EXPECT_TRUE(std::filesystem::is_symlink(m_dir.File("latest.txt")));
     EXPECT_NE(ReadBytes(m_dir.File("report.txt")).find("Table customer"), npos);
+}
+
+TEST_F(ClientFilesTest, OutputsFollowLinksAndNeverReplaceDevicesOrPipes) {
+    const std::string model = m_dir.File("m.vrn"), script = m_dir.File("schema.sql");
+    // A model saved through a link replaces the file the link names.
+    ASSERT_EQ(symlink("real.vrn", m_dir.File("latest.vrn").c_str()), 0);
+    ASSERT_EQ(Run("import " + script + " -o " + m_dir.File("latest.vrn")), 0) << Err();
+    EXPECT_TRUE(std::filesystem::is_symlink(m_dir.File("latest.vrn")));
+    EXPECT_TRUE(std::filesystem::is_regular_file(m_dir.File("real.vrn")));
+    // A named pipe or a device is refused as a model file, and stays.
+    ASSERT_EQ(mkfifo(m_dir.File("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(Run("import " + script + " -o " + m_dir.File("pipe")), 1);
+    EXPECT_NE(Err().find("a device, a pipe or a socket"), npos) << Err();
+    EXPECT_TRUE(std::filesystem::is_fifo(m_dir.File("pipe")));
+    EXPECT_EQ(Run("import " + script + " -o /dev/null"), 1);
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    // A report to /dev/stdout goes where standard output goes: appended to a log.
+    WriteBytes(m_dir.File("log.txt"), "earlier line\n");
+    ASSERT_EQ(Shell("vrnmodel show " + model + " -o /dev/stdout >> " + m_dir.File("log.txt")), 0) << Err();
+    const std::string log = ReadBytes(m_dir.File("log.txt"));
+    EXPECT_EQ(log.rfind("earlier line\n", 0), 0u) << log;
+    EXPECT_NE(log.find("Table customer"), npos);
+}
+
+TEST_F(ClientFilesTest, AWriteThatFailsPartWayLeavesThePreviousOutput) {
+    // At most 512 bytes per file, and writes past that fail (EFBIG) instead of killing the program.
+    WriteBytes(m_dir.File("report.txt"), "yesterday's report");
+    const std::string before = ReadBytes(m_dir.File("report.txt"));
+    EXPECT_EQ(Shell("trap '' XFSZ; ulimit -f 1; exec vrnmodel show " + m_dir.File("m.vrn") + " --json -o " +
+                    m_dir.File("report.txt")),
+              1);
+    EXPECT_NE(Err().find("File too large"), npos) << Err();
+    EXPECT_EQ(ReadBytes(m_dir.File("report.txt")), before);
+    for (const std::string& name : m_dir.Entries()) EXPECT_EQ(name.find(".vrnmodel-"), npos) << name;
+}
+
+TEST_F(ClientFilesTest, ASourceCanBeAPipe) {
+    ASSERT_EQ(Shell("vrnmodel import /dev/stdin -o " + m_dir.File("piped.vrn") + " < " + m_dir.File("schema.sql") +
+                    " > /dev/null"),
+              0)
+        << Err();
+    CModelFileReader reader(m_dir.File("piped.vrn"));
+    EXPECT_EQ(reader.Scalar("SELECT entity_name FROM Entity"), "extra");
 }
 
 TEST_F(ClientFilesTest, ADashMeansStandardOutputWhereTheFormatIsText) {

@@ -8,6 +8,12 @@
 
 #include "OutputFile.h"
 
+int CommandHelp(const CCommand& command) {
+    std::cout << "usage: " << command.usage << "\n\n" << command.summary << ".\n\n" << command.help;
+    if (std::string(command.name) == "import") std::cout << "\nPlatform names: " << PlatformNames() << ".\n";
+    return 0;
+}
+
 int UsageError(const CCommand& command, const std::string& problem) {
     std::cerr << "vrnmodel: " << problem << "\nusage: " << command.usage << "\nSee 'vrnmodel " << command.name
               << " --help'.\n";
@@ -29,9 +35,10 @@ bool OutputIsNoInput(const std::string& output, const std::vector<std::string>& 
 bool ParsePlatform(const std::string& text, int& code) {
     char* end = nullptr;
     const long number = std::strtol(text.c_str(), &end, 10);
-    const CPlatformInfo* platform = !text.empty() && end && *end == '\0'
-                                        ? FindPlatform(static_cast<int>(number))
-                                        : FindPlatformByName(text.c_str());
+    const bool numeric = !text.empty() && end && *end == '\0';
+    if (numeric && (number < 0 || number >= kPlatformCount)) return false;
+    const CPlatformInfo* platform =
+        numeric ? FindPlatform(static_cast<int>(number)) : FindPlatformByName(text.c_str());
     if (!platform || !*platform->name) return false;  // codes 49 to 53 name no platform
     code = platform->code;
     return true;

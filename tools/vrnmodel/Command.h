@@ -39,6 +39,9 @@ private:
     std::size_t m_at = 0;
 };
 
+// The command's help on standard output; 0. Commands answer --help and -h
+// where an option may stand (not as the value of another option).
+int CommandHelp(const CCommand& command);
 // Says what is wrong, the command's usage line and where its help is; 2.
 int UsageError(const CCommand& command, const std::string& problem);
 // Says why the command failed; 1.

@@ -11,6 +11,7 @@ int RunDiagram(const CCommand& command, const std::vector<std::string>& args) {
     CDiagramOptions options;
     CArguments arguments(args);
     for (std::string arg; arguments.Next(arg);) {
+        if (arg == "--help" || arg == "-h") return CommandHelp(command);
         if (arg == "-o" || arg == "--output") {
             if (!arguments.Value(output)) return UsageError(command, arg + " needs a file name (OUT.svg, OUT.html or -)");
         } else if (arg == "--tables") {

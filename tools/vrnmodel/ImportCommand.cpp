@@ -63,7 +63,15 @@ bool CheckSource(const std::string& path, char& database, std::string& error) {
         error = "'" + path + "' is a directory, not a DDL script or an SQLite database";
         return false;
     }
+    // A pipe (a shell's <(...), /dev/stdin) is read once, as a script: its
+    // first bytes cannot be looked at and then read again.
+    database = false;
+    if (!S_ISREG(info.st_mode)) return true;
     std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        error = "cannot read '" + path + "': " + std::strerror(errno);
+        return false;
+    }
     char head[64] = {};
     in.read(head, sizeof head);
     const std::string kind = CVrnFile::DescribeContent(std::string(head, static_cast<std::size_t>(in.gcount())));
@@ -201,6 +209,7 @@ int RunImport(const CCommand& command, const std::vector<std::string>& args) {
     CArguments arguments(args);
     for (std::string arg, text; arguments.Next(arg);) {
         auto missing = [&] { return UsageError(command, arg + " needs a value"); };
+        if (arg == "--help" || arg == "-h") return CommandHelp(command);
         if (arg == "-o" || arg == "--output") {
             if (!arguments.Value(options.output)) return missing();
         } else if (arg == "--platform") {
@@ -216,7 +225,8 @@ int RunImport(const CCommand& command, const std::vector<std::string>& args) {
             if (!arguments.Value(text)) return missing();
             char* end = nullptr;
             options.modelId = std::strtol(text.c_str(), &end, 10);
-            if (text.empty() || *end || options.modelId <= 0) return UsageError(command, "--model-id needs a number above 0");
+            if (text.empty() || *end || options.modelId <= 0 || options.modelId > 0xFFFFFFFFL)
+                return UsageError(command, "--model-id needs a number from 1 to 4294967295");
         } else if (arg == "--encoding") {
             if (!arguments.Value(options.encoding)) return missing();
             if (options.encoding != "auto" && options.encoding != "utf-8")

@@ -31,6 +31,18 @@ std::string Escape(const std::string& text) {
     return out;
 }
 
+// Text inside one of dot's double-quoted strings (an id, a tooltip):
+// escaped for the SVG it ends in, and with backslashes doubled, since dot
+// reads a backslash as the start of an escape.
+std::string DotString(const std::string& text) {
+    std::string out;
+    for (char ch : Escape(text)) {
+        if (ch == '\\') out += '\\';
+        out += ch;
+    }
+    return out;
+}
+
 struct CColumn {
     std::string name, type;
     bool key = false, foreign = false;
@@ -93,7 +105,7 @@ bool WriteDiagramDot(const CModel& model, const CDiagramOptions& options, std::s
         << "  node [shape=plaintext, fontname=\"Helvetica\", fontsize=10];\n"
         << "  edge [fontname=\"Helvetica\", fontsize=8, color=\"#44546a\", dir=both];\n";
     for (const auto& [key, table] : tables)
-        out << "  t" << key << " [id=\"table_" << Escape(table.name) << "\", label=" << Label(table, options.columns)
+        out << "  t" << key << " [id=\"table_" << DotString(table.name) << "\", label=" << Label(table, options.columns)
             << "];\n";
     for (const CModelForeignKey& foreignKey : model.foreignKeys) {
         if (foreignKey.parentTable < 0 || foreignKey.childTable < 0) continue;
@@ -102,7 +114,7 @@ bool WriteDiagramDot(const CModel& model, const CDiagramOptions& options, std::s
         if (!tables.count(parent) || !tables.count(child)) continue;
         out << "  t" << parent << " -> t" << child << " [style=" << (foreignKey.identifying ? "solid" : "dashed")
             << ", arrowtail=" << (foreignKey.optional ? "teeodot" : "teetee") << ", arrowhead=crowodot, tooltip=\""
-            << Escape(foreignKey.name) << "\"];\n";
+            << DotString(foreignKey.name) << "\"];\n";
     }
     out << "}\n";
     dot = out.str();

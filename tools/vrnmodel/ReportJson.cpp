@@ -77,9 +77,25 @@ private:
             m_first.back() = false;
         }
     }
+    // Texts are written as UTF-8, as JSON must be: a byte that is not part
+    // of a valid UTF-8 sequence (a Latin-1 script's é) is written as the
+    // character of that number (\u00e9), so no byte is lost.
     void String(const std::string& text) {
         m_out << '"';
-        for (unsigned char ch : text) {
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            const unsigned char ch = static_cast<unsigned char>(text[i]);
+            if (ch >= 0x80) {
+                const std::size_t length = Utf8SequenceLength(text, i);
+                if (length == 0) {
+                    char escaped[8];
+                    std::snprintf(escaped, sizeof escaped, "\\u%04x", ch);
+                    m_out << escaped;
+                } else {
+                    m_out.write(text.data() + i, static_cast<std::streamsize>(length));
+                    i += length - 1;
+                }
+                continue;
+            }
             switch (ch) {
                 case '"': m_out << "\\\""; break;
                 case '\\': m_out << "\\\\"; break;
@@ -97,6 +113,27 @@ private:
             }
         }
         m_out << '"';
+    }
+    // The length of the well-formed UTF-8 sequence at `at`, or 0.
+    static std::size_t Utf8SequenceLength(const std::string& text, std::size_t at) {
+        const unsigned char lead = static_cast<unsigned char>(text[at]);
+        std::size_t length = 0;
+        unsigned code = 0;
+        if (lead >= 0xC2 && lead <= 0xDF) length = 2, code = lead & 0x1F;
+        else if (lead >= 0xE0 && lead <= 0xEF) length = 3, code = lead & 0x0F;
+        else if (lead >= 0xF0 && lead <= 0xF4) length = 4, code = lead & 0x07;
+        else return 0;
+        if (at + length > text.size()) return 0;
+        for (std::size_t k = 1; k < length; ++k) {
+            const unsigned char next = static_cast<unsigned char>(text[at + k]);
+            if ((next & 0xC0) != 0x80) return 0;
+            code = code << 6 | (next & 0x3F);
+        }
+        // No overlong forms, surrogates or code points beyond U+10FFFF.
+        if ((length == 3 && code < 0x800) || (length == 4 && (code < 0x10000 || code > 0x10FFFF)) ||
+            (code >= 0xD800 && code <= 0xDFFF))
+            return 0;
+        return length;
     }
 
     std::ostream& m_out;

@@ -18,10 +18,13 @@ std::string Cell(const std::string& text) {
     return cell;
 }
 
-// Code spans for names, so that underscores and asterisks stay as they are.
+// Code spans for names, so that underscores and asterisks stay as they are;
+// pipes are escaped and line ends made spaces even there, since a table row
+// ends at either.
 std::string Code(const std::string& text) {
-    if (text.find('`') == std::string::npos) return "`" + text + "`";
-    return "`` " + text + " ``";
+    const std::string cell = Cell(text);
+    if (cell.find('`') == std::string::npos) return "`" + cell + "`";
+    return "`` " + cell + " ``";
 }
 
 std::string Anchorless(const CModel& model, int table) {

@@ -11,6 +11,7 @@ int RunShow(const CCommand& command, const std::vector<std::string>& args) {
     CReportOptions options;
     CArguments arguments(args);
     for (std::string arg; arguments.Next(arg);) {
+        if (arg == "--help" || arg == "-h") return CommandHelp(command);
         if (arg == "--json") {
             format = EFormat::Json;
         } else if (arg == "--markdown") {

@@ -62,15 +62,9 @@ void WriteOverview(std::ostream& out) {
            "new content is complete.\n";
 }
 
-void WriteCommandHelp(const CCommand& command, std::ostream& out) {
-    out << "usage: " << command.usage << "\n\n" << command.summary << ".\n\n" << command.help;
-    if (std::string(command.name) == "import") out << "\nPlatform names: " << PlatformNames() << ".\n";
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    const std::vector<std::string> all(argv + 1, argv + argc);
+// The command's exit status; what went to standard output must have
+// arrived too, or the status says it did not.
+int Run(const std::vector<std::string>& all) {
     if (all.empty()) {
         std::cerr << "vrnmodel: no command given\n";
         WriteOverview(std::cerr);
@@ -78,8 +72,8 @@ int main(int argc, char** argv) {
     }
     const std::string& first = all[0];
     if (first == "--help" || first == "-h" || first == "help") {
-        if (all.size() > 1 && FindCommand(all[1])) WriteCommandHelp(*FindCommand(all[1]), std::cout);
-        else WriteOverview(std::cout);
+        if (all.size() > 1 && FindCommand(all[1])) return CommandHelp(*FindCommand(all[1]));
+        WriteOverview(std::cout);
         return 0;
     }
     if (first == "--version") {
@@ -92,15 +86,13 @@ int main(int argc, char** argv) {
         WriteOverview(std::cerr);
         return 2;
     }
-    const std::vector<std::string> args(all.begin() + 1, all.end());
-    for (const std::string& arg : args)
-        if (arg == "--help" || arg == "-h") {
-            WriteCommandHelp(*command, std::cout);
-            return 0;
-        }
-    const int status = command->run(*command, args);
-    // What went to standard output through the stream (the import summary)
-    // must have arrived too.
+    return command->run(*command, std::vector<std::string>(all.begin() + 1, all.end()));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const int status = Run(std::vector<std::string>(argv + 1, argv + argc));
     std::cout.flush();
     if (std::fflush(stdout) != 0 || std::ferror(stdout) || !std::cout) {
         const int cause = errno;
