@@ -141,6 +141,26 @@ TEST_F(ShowTest, SharedMigratedColumnsShowOnceWithEveryForeignKey) {
     EXPECT_EQ(document.at("counts").at("columns"), 2);
 }
 
+TEST_F(ShowTest, BoundDefaultsAndRulesAreNamed) {
+    const std::string model = m_dir.File("bound.vrn");
+    {
+        CVrnAPI builder;
+        ASSERT_EQ(builder.Initialize(41, nullptr), 1);
+        builder.AddDefault("df_zero", "0", nullptr);
+        builder.AddRule("r_positive", "@v > 0", nullptr);
+        builder.AddUserType("amount", "numeric(10,2)");
+        builder.BindRule("r_positive", "amount");
+        const unsigned long table = builder.AddEntity("orders", "dbo", 0, 0);
+        builder.AddAttribute(table, "qty", "int", -1, -1, 1, 0);
+        builder.BindDefault("df_zero", "orders.qty");
+        builder.SaveToFile(model.c_str());
+    }
+    ASSERT_EQ(Run("show " + model), 0) << Err();
+    EXPECT_NE(Out().find("qty  int  NULL  default df_zero"), npos) << Out();
+    EXPECT_NE(Out().find("User datatypes\n  amount numeric(10,2)  rule r_positive\n"), npos) << Out();
+    EXPECT_NE(Out().find("Defaults\n  df_zero: 0\n"), npos) << Out();
+}
+
 TEST_F(ShowTest, NamesThatAreNotPlainIdentifiersAreQuoted) {
     const std::string model = m_dir.File("names.vrn");
     {

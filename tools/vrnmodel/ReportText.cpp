@@ -3,10 +3,28 @@
 // checks, storage), then the catalog objects as readable lines.
 #include <algorithm>
 #include <ostream>
+#include <unordered_map>
 
 #include "ModelReport.h"
 
 namespace {
+
+// The name of a bound default or rule by its id: looked up per column, so
+// built once rather than searched.
+class CBoundNames {
+public:
+    explicit CBoundNames(const std::vector<CModelNamedText>& entries) {
+        for (const CModelNamedText& entry : entries) m_names.emplace(entry.id, entry.name);
+    }
+    // The name of `id`, or null for 0 or an id the model does not hold.
+    const std::string* Find(std::uint32_t id) const {
+        const auto found = id == 0 ? m_names.end() : m_names.find(id);
+        return found == m_names.end() ? nullptr : &found->second;
+    }
+
+private:
+    std::unordered_map<std::uint32_t, std::string> m_names;
+};
 
 // The rows of a column block, aligned in columns of text.
 void WriteAligned(std::ostream& out, const std::vector<std::vector<std::string>>& rows, const std::string& indent) {
@@ -40,7 +58,8 @@ std::string TableName(const CModel& model, int table) {
     return table < 0 ? "(unknown table)" : QualifiedName(model.tables[table].owner, model.tables[table].name);
 }
 
-void WriteColumns(std::ostream& out, const CModel& model, const CModelTable& table) {
+void WriteColumns(std::ostream& out, const CModel& model, const CModelTable& table, const CBoundNames& defaults,
+                  const CBoundNames& rules) {
     std::vector<std::vector<std::string>> rows;
     for (const CModelColumn& column : table.columns) {
         std::string notes;
@@ -49,10 +68,8 @@ void WriteColumns(std::ostream& out, const CModel& model, const CModelTable& tab
         if (!column.foreignKeys.empty()) note("FK " + ForeignKeyNames(model, column.foreignKeys));
         if (column.identity) note("IDENTITY");
         if (!column.defaultText.empty()) note("DEFAULT " + column.defaultText);
-        for (const CModelNamedText& bound : model.defaults)
-            if (column.defaultId != 0 && bound.id == column.defaultId) note("default " + DisplayName(bound.name));
-        for (const CModelNamedText& bound : model.rules)
-            if (column.ruleId != 0 && bound.id == column.ruleId) note("rule " + DisplayName(bound.name));
+        if (const std::string* bound = defaults.Find(column.defaultId)) note("default " + DisplayName(*bound));
+        if (const std::string* bound = rules.Find(column.ruleId)) note("rule " + DisplayName(*bound));
         if (!column.checkText.empty()) note("CHECK " + column.checkText);
         if (!column.definition.empty()) note("-- " + column.definition);
         rows.push_back({DisplayName(column.name), ColumnType(model, column), column.nullable ? "NULL" : "NOT NULL", notes});
@@ -60,11 +77,12 @@ void WriteColumns(std::ostream& out, const CModel& model, const CModelTable& tab
     WriteAligned(out, rows, "    ");
 }
 
-void WriteTable(std::ostream& out, const CModel& model, const CModelTable& table) {
+void WriteTable(std::ostream& out, const CModel& model, const CModelTable& table, const CBoundNames& defaults,
+                const CBoundNames& rules) {
     out << "\nTable " << QualifiedName(table.owner, table.name);
     if (!table.definition.empty()) out << "  -- " << table.definition;
     out << "\n";
-    WriteColumns(out, model, table);
+    WriteColumns(out, model, table, defaults, rules);
     for (const CModelIndex& index : table.indexes) {
         const char* kind = index.keyType == 'P' ? "primary key" : (index.unique ? "unique index" : "index");
         out << "  " << kind << (index.name.empty() ? "" : " " + DisplayName(index.name)) << " ("
@@ -122,7 +140,8 @@ void WriteTextReport(const CModel& model, const CReportOptions& options, std::os
     }
     out << "Holds      " << counts << "\n";
 
-    for (const CModelTable& table : model.tables) WriteTable(out, model, table);
+    const CBoundNames defaults(model.defaults), rules(model.rules);
+    for (const CModelTable& table : model.tables) WriteTable(out, model, table, defaults, rules);
 
     if (!model.userDatatypes.empty()) out << "\nUser datatypes\n";
     for (const CModelUserDatatype& type : model.userDatatypes) {
@@ -131,10 +150,8 @@ void WriteTextReport(const CModel& model, const CReportOptions& options, std::os
         asColumn.width = type.length;
         asColumn.scale = type.scale;
         out << "  " << DisplayName(type.name) << " " << ColumnType(model, asColumn);
-        for (const CModelNamedText& bound : model.defaults)
-            if (type.defaultId != 0 && bound.id == type.defaultId) out << "  default " << DisplayName(bound.name);
-        for (const CModelNamedText& bound : model.rules)
-            if (type.ruleId != 0 && bound.id == type.ruleId) out << "  rule " << DisplayName(bound.name);
+        if (const std::string* bound = defaults.Find(type.defaultId)) out << "  default " << DisplayName(*bound);
+        if (const std::string* bound = rules.Find(type.ruleId)) out << "  rule " << DisplayName(*bound);
         out << "\n";
     }
     if (!model.defaults.empty()) out << "\nDefaults\n";
