@@ -97,6 +97,27 @@ TEST_F(CliTest, EachMistakeGetsItsOwnMessage) {
     EXPECT_FALSE(std::filesystem::exists(m_dir.File("m.vrn")));
 }
 
+TEST_F(CliTest, ScriptsOfDialectsOutsideThePlatformTableAreNamedAndRefused) {
+    WriteBytes(m_dir.File("mysql.sql"),
+               "CREATE TABLE `orders` (\n  `id` int unsigned NOT NULL AUTO_INCREMENT,\n  `customer_id` int NOT NULL,\n"
+               "  PRIMARY KEY (`id`),\n  KEY `ix_customer` (`customer_id`)\n) ENGINE=InnoDB DEFAULT CHARSET=utf8mb4;\n");
+    WriteBytes(m_dir.File("postgres.sql"),
+               "CREATE TABLE orders (id SERIAL PRIMARY KEY, placed date DEFAULT now()::date);\n"
+               "ALTER TABLE orders OWNER TO shop;\n"
+               "CREATE FUNCTION touch() RETURNS trigger AS $$ BEGIN RETURN NEW; END $$ LANGUAGE plpgsql;\n");
+    const std::string model = m_dir.File("m.vrn");
+    EXPECT_EQ(Run("import " + m_dir.File("mysql.sql") + " -o " + model), 1);
+    EXPECT_NE(Err().find("looks like a MySQL script (backquoted names, ENGINE=, AUTO_INCREMENT"), npos) << Err();
+    EXPECT_NE(Err().find("Give --platform"), npos) << Err();
+    EXPECT_EQ(Run("import " + m_dir.File("postgres.sql") + " -o " + model), 1);
+    EXPECT_NE(Err().find("looks like a PostgreSQL script (SERIAL columns, :: casts"), npos) << Err();
+    EXPECT_FALSE(std::filesystem::exists(model));
+    // --platform forces a reading, and a single sign is no proof.
+    EXPECT_EQ(Run("import " + m_dir.File("postgres.sql") + " -o " + model + " --platform unknown"), 0) << Err();
+    WriteBytes(m_dir.File("tsql.sql"), "create table t (a int) -- see http://example.org/a::b\ngo\n");
+    EXPECT_EQ(Run("import " + m_dir.File("tsql.sql") + " -o " + m_dir.File("t.vrn")), 0) << Err();
+}
+
 TEST_F(CliTest, PlatformNamesInAnyCaseAndCodesOfThePlatformTable) {
     ASSERT_EQ(Run("import " + m_dir.File("ok.sql") + " -o " + m_dir.File("a.vrn") + " --platform Oracle"), 0) << Err();
     EXPECT_NE(Out().find("Oracle 9i (47)"), npos) << Out();

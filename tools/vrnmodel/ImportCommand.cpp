@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <iostream>
@@ -49,6 +50,51 @@ int GuessPlatform(const std::string& text) {
         return PlatformNamed(Contains(text, "SP_BINDRULE") && !Contains(text, "SYS.SP_") ? "sybase" : "sqlserver");
     }
     return PlatformNamed("unknown");
+}
+
+// Signs of SQL dialects that the platform table has no platform for. A
+// script in one of them would be read wrongly without a word (MySQL's
+// "KEY ix (...)" inside a table becomes a column named KEY), so it is
+// recognised and refused unless --platform says how to read it.
+struct CForeignSign {
+    const char* dialect;
+    const char* sign;  // upper case; matched anywhere in the upper-cased script
+    const char* shown;
+};
+
+const CForeignSign kForeignSigns[] = {
+    {"MySQL", "`", "backquoted names"},
+    {"MySQL", ") ENGINE=", "ENGINE="},
+    {"MySQL", ") ENGINE =", "ENGINE="},
+    {"MySQL", " AUTO_INCREMENT", "AUTO_INCREMENT"},
+    {"MySQL", "DEFAULT CHARSET=", "DEFAULT CHARSET="},
+    {"MySQL", " UNSIGNED", "UNSIGNED"},
+    {"PostgreSQL", " SERIAL", "SERIAL columns"},
+    {"PostgreSQL", " BIGSERIAL", "SERIAL columns"},
+    {"PostgreSQL", "::", ":: casts"},
+    {"PostgreSQL", "$$", "$$ bodies"},
+    {"PostgreSQL", "LANGUAGE PLPGSQL", "LANGUAGE plpgsql"},
+    {"PostgreSQL", "CREATE EXTENSION", "CREATE EXTENSION"},
+    {"PostgreSQL", " OWNER TO ", "OWNER TO"},
+};
+
+// The dialect a script is written in when it is one the platform table does
+// not have (two different signs of it), with the signs found; null otherwise.
+const char* ForeignDialect(const std::string& text, std::string& signs) {
+    std::string upper(text.size(), ' ');
+    for (std::size_t i = 0; i < text.size(); ++i) upper[i] = AfxToUpperAscii(text[i]);
+    for (const char* dialect : {"MySQL", "PostgreSQL"}) {
+        std::vector<std::string> found;
+        for (const CForeignSign& sign : kForeignSigns)
+            if (std::string(sign.dialect) == dialect && upper.find(sign.sign) != std::string::npos &&
+                std::find(found.begin(), found.end(), sign.shown) == found.end())
+                found.push_back(sign.shown);
+        if (found.size() < 2) continue;
+        signs.clear();
+        for (const std::string& shown : found) signs += (signs.empty() ? "" : ", ") + shown;
+        return dialect;
+    }
+    return nullptr;
 }
 
 // Whether `path` can be imported, and as what: a script (text) or an SQLite
@@ -119,6 +165,13 @@ int Import(const CImportOptions& options) {
         if (!ReadSourceText(options.sources[i], texts[i], error, options.encoding == "auto")) return Failure(error);
     }
     int platform = options.platform;
+    for (std::size_t i = 0; i < texts.size() && platform < 0; ++i) {
+        std::string signs;
+        if (const char* dialect = ForeignDialect(texts[i], signs))
+            return Failure("'" + options.sources[i] + "' looks like a " + dialect + " script (" + signs +
+                           "); vrnmodel reads T-SQL (SQL Server, Sybase), Oracle, DB2 LUW and DB2 z/OS scripts "
+                           "and SQLite databases. Give --platform to read it as one of those anyway.");
+    }
     if (platform < 0) {
         platform = 0;
         for (std::size_t i = 0; i < texts.size() && platform == 0; ++i) platform = GuessPlatform(texts[i]);
