@@ -16,6 +16,28 @@ std::vector<std::string> Statements(const std::string& text) {
     return texts;
 }
 
+std::vector<std::string> TransactSqlStatements(const std::string& text) {
+    std::vector<std::string> texts;
+    for (const CSqlStatement& statement : SplitScript(text, true).statements) texts.push_back(statement.text);
+    return texts;
+}
+
+TEST(SqlScriptTest, StatementsEndWhereTheNextStartsWhenNothingElseEndsThem) {
+    // Install scripts of SQL Server and Sybase applications write statement
+    // after statement, without GO or ";".
+    const std::string bare = "create table a (x int)\ncreate table b (y int,\n  z int)\ncreate index ix on a (x)\n";
+    const std::vector<std::string> expected = {"create table a (x int)", "create table b (y int,\n  z int)",
+                                               "create index ix on a (x)"};
+    EXPECT_EQ(TransactSqlStatements(bare), expected);
+    EXPECT_EQ(Statements(bare), expected);  // no terminator at all: the only sensible reading
+    // With ";" in the script, only T-SQL also ends statements at the next one's start.
+    const std::string mixed = "create table a (x int)\ninsert into a values (1);\n";
+    EXPECT_EQ(TransactSqlStatements(mixed), (std::vector<std::string>{"create table a (x int)", "insert into a values (1)"}));
+    EXPECT_EQ(Statements(mixed).size(), 1u);
+    // A view's SELECT after AS is part of the view.
+    EXPECT_EQ(TransactSqlStatements("create view v as\nselect x from a\ncreate table c (d int)\n").size(), 2u);
+}
+
 TEST(SqlSourceTest, DecodesByteOrderMarksAndLineEnds) {
     std::string text, error;
     ASSERT_TRUE(DecodeSourceText("\xEF\xBB\xBF" "a\r\nb\rc", text, error));

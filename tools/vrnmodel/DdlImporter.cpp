@@ -95,7 +95,9 @@ void CDdlImporter::ImportScript(const std::string& sourceName, const std::string
     const auto prepared = std::make_shared<const std::string>(PrepareScriptText(text, m_tags, unresolved));
     for (const std::string& tag : unresolved)
         m_report.warnings.push_back(sourceName + ": template tag &$" + tag + ". replaced by its name " + tag);
-    const CSqlScript script = SplitScript(*prepared);
+    const CPlatformInfo* platform = FindPlatform(m_builder.GetDbType());
+    const CSqlScript script =
+        SplitScript(*prepared, platform && platform->family == EPlatformFamily::TransactSql);
     for (const CSqlStatement& statement : script.statements) ImportStatement(statement, sourceName, prepared);
 }
 

@@ -123,13 +123,16 @@ std::string PrepareScriptText(const std::string& text, const std::vector<std::pa
     return out;
 }
 
-CSqlScript SplitScript(const std::string& text) {
+CSqlScript SplitScript(const std::string& text, bool transactSql) {
     CSqlScript script;
     const std::vector<CToken> tokens = Tokenize(text);
+    bool usesSemicolon = false;
     for (const CToken& token : tokens) {
         script.usesGo = script.usesGo || IsBatchEnd(token);
         script.usesSlash = script.usesSlash || (AloneOnLine(token) && token.IsSymbol('/'));
+        usesSemicolon = usesSemicolon || token.IsSymbol(';');
     }
+    const bool endsAtNextStart = script.usesGo || transactSql || (!usesSemicolon && !script.usesSlash);
 
     auto emit = [&](std::size_t from, std::size_t to, bool lineCommand) {
         if (from >= to) return;
@@ -195,7 +198,7 @@ CSqlScript SplitScript(const std::string& text) {
                 next = j + 1;
                 break;
             }
-            if (script.usesGo && j > i && depth == 0 && t.firstOnLine && StartsStatement(t) &&
+            if (endsAtNextStart && j > i && depth == 0 && t.firstOnLine && StartsStatement(t) &&
                 !(t.IsWord("SELECT") && tokens[j - 1].IsWord("AS"))) {
                 end = j;
                 next = j;

@@ -30,4 +30,8 @@ struct CSqlScript {
 std::string PrepareScriptText(const std::string& text, const std::vector<std::pair<std::string, std::string>>& tags,
                               std::vector<std::string>& unresolvedTags);
 
-CSqlScript SplitScript(const std::string& text);
+// `transactSql`: the script is T-SQL, where a statement also ends where the
+// next one starts on a new line, with or without GO batches. A script with
+// no terminator at all is read that way too: as one statement it would be
+// lost without a word.
+CSqlScript SplitScript(const std::string& text, bool transactSql = false);
