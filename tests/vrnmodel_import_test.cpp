@@ -107,6 +107,28 @@ TEST_F(ImportTest, EverySampleYieldsWhatItDeclares) {
     }
 }
 
+TEST_F(ImportTest, ScriptsOfTheDb2CommandLineWithTheirOwnTerminator) {
+    CModelFileReader& reader = ImportText(44,
+                                          "--#SET TERMINATOR @\n"
+                                          "CREATE TABLE ORDERS (ID INT NOT NULL, PRIMARY KEY (ID))@\n"
+                                          "CREATE PROCEDURE CLOSE_ALL() LANGUAGE SQL\nBEGIN\n  DECLARE N INT;\n"
+                                          "  SET N = 0;\nEND@\n"
+                                          "CREATE TABLE LINES (ORDER_ID INT NOT NULL)@\n");
+    EXPECT_EQ(reader.Column("SELECT entity_name FROM Entity ORDER BY row_seq"),
+              (std::vector<std::string>{"ORDERS", "LINES"}));
+    EXPECT_EQ(reader.Scalar("SELECT sql_text FROM Proc"),
+              "CREATE PROCEDURE CLOSE_ALL() LANGUAGE SQL\nBEGIN\n  DECLARE N INT;\n  SET N = 0;\nEND");
+}
+
+TEST_F(ImportTest, TransactSqlScriptsWithoutGoOrSemicolons) {
+    CModelFileReader& reader = ImportText(41,
+                                          "create table customer (id int not null primary key)\n"
+                                          "create table orders (id int not null, customer_id int)\n"
+                                          "create index ix_orders_customer on orders (customer_id)\n");
+    EXPECT_EQ(reader.Count("Entity"), 2);
+    EXPECT_EQ(reader.Scalar("SELECT index_name FROM Indexes WHERE key_type <> 'P'"), "ix_orders_customer");
+}
+
 TEST_F(ImportTest, PubsColumnsTakeTheirUserDatatypes) {
     ASSERT_TRUE(HaveSamples()) << "no sample scripts at " << kSamples;
     Import(41, Samples("mssql_instpubs"));

@@ -38,6 +38,26 @@ TEST(SqlScriptTest, StatementsEndWhereTheNextStartsWhenNothingElseEndsThem) {
     EXPECT_EQ(TransactSqlStatements("create view v as\nselect x from a\ncreate table c (d int)\n").size(), 2u);
 }
 
+TEST(SqlScriptTest, TerminatorsChosenByTheToolThatRunsTheScript) {
+    // db2 -td@: announced, and ";" stays inside the procedure's body.
+    EXPECT_EQ(Statements("--#SET TERMINATOR @\n"
+                         "CREATE TABLE A (ID INT NOT NULL, PRIMARY KEY (ID))@\n"
+                         "CREATE PROCEDURE P() BEGIN DECLARE X INT; SET X = 1; END@\n"),
+              (std::vector<std::string>{"CREATE TABLE A (ID INT NOT NULL, PRIMARY KEY (ID))",
+                                        "CREATE PROCEDURE P() BEGIN DECLARE X INT; SET X = 1; END"}));
+    // db2 -td~ and -td!: not announced, seen from the ends of the lines.
+    EXPECT_EQ(Statements("CREATE TABLE A (X INT) IN \"TS1\" ~\nCREATE TABLE B (Y INT)\n  IN \"TS2\" ~\n"),
+              (std::vector<std::string>{"CREATE TABLE A (X INT) IN \"TS1\"", "CREATE TABLE B (Y INT)\n  IN \"TS2\""}));
+    EXPECT_EQ(Statements("CREATE TABLE A (X INT)!\nCREATE TABLE B (Y INT)!\n").size(), 2u);
+    // Announced terminators change where the script says so.
+    EXPECT_EQ(Statements("--#SET TERMINATOR @\nCREATE TABLE A (X INT)@\n--#SET TERMINATOR ;\n"
+                         "CREATE TABLE B (Y INT);\nCREATE TABLE C (Z INT);\n")
+                  .size(),
+              3u);
+    // A ";" script keeps ";", whatever a line ends with now and then.
+    EXPECT_EQ(Statements("CREATE TABLE A (X INT);\nCREATE TABLE B (Y INT) IN TS ~\nCREATE TABLE C (Z INT);\n").size(), 2u);
+}
+
 TEST(SqlSourceTest, DecodesByteOrderMarksAndLineEnds) {
     std::string text, error;
     ASSERT_TRUE(DecodeSourceText("\xEF\xBB\xBF" "a\r\nb\rc", text, error));

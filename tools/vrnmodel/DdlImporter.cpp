@@ -92,13 +92,14 @@ unsigned long CDdlImporter::FindTable(const CQualifiedName& name) {
 
 void CDdlImporter::ImportScript(const std::string& sourceName, const std::string& text) {
     std::vector<std::string> unresolved;
-    const auto prepared = std::make_shared<const std::string>(PrepareScriptText(text, m_tags, unresolved));
+    const std::string prepared = PrepareScriptText(text, m_tags, unresolved);
     for (const std::string& tag : unresolved)
         m_report.warnings.push_back(sourceName + ": template tag &$" + tag + ". replaced by its name " + tag);
     const CPlatformInfo* platform = FindPlatform(m_builder.GetDbType());
-    const CSqlScript script =
-        SplitScript(*prepared, platform && platform->family == EPlatformFamily::TransactSql);
-    for (const CSqlStatement& statement : script.statements) ImportStatement(statement, sourceName, prepared);
+    CSqlScript script = SplitScript(prepared, platform && platform->family == EPlatformFamily::TransactSql);
+    // The statements' tokens point into the text the splitter read.
+    const auto source = std::make_shared<const std::string>(std::move(script.source));
+    for (const CSqlStatement& statement : script.statements) ImportStatement(statement, sourceName, source);
 }
 
 bool CDdlImporter::DeferOrWarn(const CContext& context, const std::string& text) {

@@ -16,6 +16,78 @@ bool IsBlockEnd(const CToken& token) {
     return AloneOnLine(token) && (token.IsSymbol('/') || token.IsSymbol('~'));
 }
 
+// Statement terminators other than ";", as the DB2 command line processor
+// takes them (-td@, -td~, -td!): the character at the end of a line ends
+// the statement, code bodies included. A script announces one with
+// "--#SET TERMINATOR x"; without that, a script whose lines end with one of
+// them more often than with ";" uses it throughout.
+class CTerminators {
+public:
+    explicit CTerminators(const std::string& text) {
+        int line = 1;
+        int semicolons = 0;
+        int counts[3] = {};
+        for (std::size_t at = 0; at <= text.size(); ++line) {
+            const std::size_t end = std::min(text.find('\n', at), text.size());
+            const std::string current = text.substr(at, end - at);
+            at = end + 1;
+            const std::size_t first = current.find_first_not_of(" \t\r");
+            if (first == std::string::npos) continue;
+            static const char kDirective[] = "--#SET TERMINATOR";
+            if (AfxCompareNoCase(current.substr(first, sizeof kDirective - 1).c_str(), kDirective) == 0) {
+                const std::size_t value = current.find_first_not_of(" \t", first + sizeof kDirective - 1);
+                if (value != std::string::npos) m_changes.emplace_back(line, current[value]);
+                continue;
+            }
+            if (current.compare(first, 2, "--") == 0) continue;
+            const char last = current[current.find_last_not_of(" \t\r")];
+            if (last == ';') ++semicolons;
+            for (int k = 0; k < 3; ++k)
+                if (last == kCandidates[k]) ++counts[k];
+        }
+        if (!m_changes.empty()) return;
+        for (int k = 0; k < 3; ++k)
+            if (counts[k] > semicolons) m_changes.emplace_back(1, kCandidates[k]);
+    }
+    // The terminator in force on `line`.
+    char At(int line) const {
+        char terminator = ';';
+        for (const auto& change : m_changes)
+            if (change.first <= line) terminator = change.second;
+        return terminator;
+    }
+    // `text` with a space before every terminator that ends a line where it
+    // is in force, so that the lexer reads it apart ("END@" is no word).
+    std::string Separate(const std::string& text) const {
+        if (m_changes.empty()) return text;
+        std::string out;
+        int line = 1;
+        for (std::size_t at = 0; at <= text.size(); ++line) {
+            const std::size_t end = std::min(text.find('\n', at), text.size());
+            std::string current = text.substr(at, end - at);
+            const char terminator = At(line);
+            const std::size_t last = current.find_last_not_of(" \t\r");
+            if (terminator != ';' && last != std::string::npos && last > 0 && current[last] == terminator &&
+                current.compare(current.find_first_not_of(" \t"), 2, "--") != 0)
+                current.insert(last, " ");
+            out += current;
+            if (end < text.size()) out += '\n';
+            at = end + 1;
+        }
+        return out;
+    }
+    // Whether `token` is the terminator `terminator` (other than ";") at the end of its line.
+    static bool Ends(const CToken& token, char terminator) {
+        return terminator != ';' && token.lastOnLine &&
+               (token.kind == CTokenKind::Symbol || token.kind == CTokenKind::Word) && token.text.size() == 1 &&
+               token.text[0] == terminator;
+    }
+
+private:
+    static constexpr char kCandidates[3] = {'@', '~', '!'};
+    std::vector<std::pair<int, char>> m_changes;  // (from line, terminator)
+};
+
 // Commands of the client tools, ended by their line rather than by a terminator.
 bool IsLineCommand(const std::vector<CToken>& tokens, std::size_t i) {
     static const char* const kCommands[] = {"SET",     "SPOOL",   "CONNECT", "CONN",   "DEFINE",  "UNDEFINE",
@@ -123,8 +195,11 @@ std::string PrepareScriptText(const std::string& text, const std::vector<std::pa
     return out;
 }
 
-CSqlScript SplitScript(const std::string& text, bool transactSql) {
+CSqlScript SplitScript(const std::string& original, bool transactSql) {
     CSqlScript script;
+    const CTerminators terminators(original);
+    script.source = terminators.Separate(original);
+    const std::string& text = script.source;
     const std::vector<CToken> tokens = Tokenize(text);
     bool usesSemicolon = false;
     for (const CToken& token : tokens) {
@@ -148,13 +223,16 @@ CSqlScript SplitScript(const std::string& text, bool transactSql) {
     std::size_t i = 0;
     while (i < tokens.size()) {
         const CToken& first = tokens[i];
-        if (IsBatchEnd(first) || IsBlockEnd(first) || first.IsSymbol(';')) {
+        const char terminator = terminators.At(first.line);
+        if (IsBatchEnd(first) || IsBlockEnd(first) || first.IsSymbol(';') || CTerminators::Ends(first, terminator)) {
             ++i;
             continue;
         }
         if (IsLineCommand(tokens, i)) {
             std::size_t j = i;
-            while (j < tokens.size() && tokens[j].line == first.line && !tokens[j].IsSymbol(';')) ++j;
+            while (j < tokens.size() && tokens[j].line == first.line && !tokens[j].IsSymbol(';') &&
+                   !CTerminators::Ends(tokens[j], terminator))
+                ++j;
             emit(i, j, true);
             i = j;
             continue;
@@ -172,6 +250,15 @@ CSqlScript SplitScript(const std::string& text, bool transactSql) {
                 end = j;
                 next = j + 1;
                 break;
+            }
+            if (terminator != ';') {
+                // Only the announced terminator ends a statement; ";" belongs to code bodies.
+                if (CTerminators::Ends(t, terminator)) {
+                    end = j;
+                    next = j + 1;
+                    break;
+                }
+                continue;
             }
             if (t.IsSymbol('(')) ++depth;
             if (t.IsSymbol(')')) depth = std::max(0, depth - 1);

@@ -19,6 +19,7 @@ struct CSqlStatement {
 };
 
 struct CSqlScript {
+    std::string source;  // the text the statements' tokens point into
     std::vector<CSqlStatement> statements;
     bool usesGo = false;
     bool usesSlash = false;
