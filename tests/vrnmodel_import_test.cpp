@@ -120,6 +120,25 @@ TEST_F(ImportTest, ScriptsOfTheDb2CommandLineWithTheirOwnTerminator) {
               "CREATE PROCEDURE CLOSE_ALL() LANGUAGE SQL\nBEGIN\n  DECLARE N INT;\n  SET N = 0;\nEND");
 }
 
+TEST_F(ImportTest, TablesLikeAnotherTakeItsColumns) {
+    CModelFileReader& reader = ImportText(44,
+                                          "CREATE TABLE APP.ORDERS (ID INTEGER NOT NULL, NOTE VARCHAR(40), "
+                                          "AMOUNT DECIMAL(9,2));\n"
+                                          "CREATE TABLE APP.ORDERS_HISTORY LIKE APP.ORDERS;\n"
+                                          "CREATE TABLE APP.MY_TABLES LIKE SYSCAT.TABLES;\n");
+    EXPECT_EQ(reader.Column("SELECT column_name || ' ' || datatype || ' ' || width || ' ' || scale || ' ' || "
+                            "null_option FROM Attribute a JOIN Entity e ON e.entity_key = a.entity_key WHERE "
+                            "e.entity_name = 'ORDERS_HISTORY' ORDER BY a.row_seq"),
+              (std::vector<std::string>{"ID INT 10 0 0", "NOTE VAR 40 0 1", "AMOUNT DC 9 2 1"}));
+    EXPECT_EQ(reader.Count("Entity"), 3);
+    EXPECT_EQ(reader.Scalar("SELECT count(*) FROM Attribute a JOIN Entity e ON e.entity_key = a.entity_key WHERE "
+                            "e.entity_name = 'MY_TABLES'"),
+              "0");
+    ASSERT_EQ(m_report.warnings.size(), 1u);
+    EXPECT_NE(m_report.warnings[0].find("like TABLES, which the model does not hold"), std::string::npos)
+        << m_report.warnings[0];
+}
+
 TEST_F(ImportTest, TransactSqlScriptsWithoutGoOrSemicolons) {
     CModelFileReader& reader = ImportText(41,
                                           "create table customer (id int not null primary key)\n"

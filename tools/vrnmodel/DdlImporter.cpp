@@ -3,6 +3,8 @@
 #include <cctype>
 #include <cstdlib>
 
+#include <VrnReader.h>
+
 namespace {
 
 // Property codes of the model builder, named for the options scripts spell.
@@ -195,6 +197,7 @@ bool CDdlImporter::CreateTable(CSqlCursor& cursor, CContext& context) {
     if (!cursor.AcceptWord("TABLE")) return false;
     cursor.AcceptWords({"IF", "NOT", "EXISTS"});
     const CQualifiedName name = cursor.ReadName();
+    if (!name.Empty() && cursor.AcceptWord("LIKE")) return CreateTableLike(cursor, name, context);
     if (name.Empty() || !cursor.IsSymbol('(')) {
         Warn(context, "table definition without a column list skipped");
         return false;
@@ -214,6 +217,38 @@ bool CDdlImporter::CreateTable(CSqlCursor& cursor, CContext& context) {
     }
     cursor.AcceptSymbol(')');
     TableOptions(cursor, entity);
+    return true;
+}
+
+// CREATE TABLE name LIKE other (DB2): the columns of `other` when the model
+// has it; without it (a catalog table, say) the table is made without
+// columns, and that is said.
+bool CDdlImporter::CreateTableLike(CSqlCursor& cursor, const CQualifiedName& name, CContext& context) {
+    const CQualifiedName other = cursor.ReadName();
+    const std::string owner = name.Owner(), otherOwner = other.Owner();
+    const unsigned long entity = m_builder.AddEntity(name.Name().c_str(), owner.empty() ? nullptr : owner.c_str(), 0, 0);
+    if (!entity) return false;
+    m_report.Count("tables");
+    const unsigned long source =
+        m_builder.FindEntity(other.Name().c_str(), otherOwner.empty() ? nullptr : otherOwner.c_str(), 0);
+    CVrnApiEntity* model = source ? m_builder.GetEntityPtr(source) : nullptr;
+    if (!model) {
+        Warn(context, "table " + name.Name() + " is like " + other.Name() +
+                          ", which the model does not hold: it has no columns");
+        return true;
+    }
+    // Each column by the name the model's own spelling of its type reads
+    // back to the same datatype code, with its width, scale and nullability.
+    auto& columns = model->GetAttrPtrList();
+    for (POSITION pos = columns.GetHeadPosition(); pos;) {
+        CVrnApiAttribute* column = columns.GetNext(pos);
+        const CTypeNameRow* type = FindTypeName(column->GetDatatype());
+        const std::string typeName =
+            type ? type->spellings[static_cast<int>(ETypeDialect::Generic)].name : column->GetDatatype();
+        m_builder.AddAttribute(entity, column->GetColumnName(), typeName.c_str(), column->m_width, column->m_scale,
+                               column->m_nullOption, 0);
+        m_report.Count("columns");
+    }
     return true;
 }
 

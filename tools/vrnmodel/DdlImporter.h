@@ -53,6 +53,7 @@ private:
     bool DeferOrWarn(const CContext& context, const std::string& text);
     void LineCommand(CSqlCursor& cursor);
     bool CreateTable(CSqlCursor& cursor, CContext& context);
+    bool CreateTableLike(CSqlCursor& cursor, const CQualifiedName& name, CContext& context);
     void TableElement(CSqlCursor& cursor, unsigned long entity, CContext& context);
     void Column(CSqlCursor& cursor, unsigned long entity, CContext& context);
     // PRIMARY KEY / UNIQUE / FOREIGN KEY / CHECK after an optional name.
