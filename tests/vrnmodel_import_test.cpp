@@ -139,6 +139,28 @@ TEST_F(ImportTest, TablesLikeAnotherTakeItsColumns) {
         << m_report.warnings[0];
 }
 
+TEST_F(ImportTest, OracleObjectTablesTakeTheirTypesAttributes) {
+    CModelFileReader& reader = ImportText(47,
+                                          "CREATE OR REPLACE TYPE address_t AS OBJECT (\n"
+                                          "  street VARCHAR2(40),\n  city VARCHAR2(30),\n  zip NUMBER(5)\n);\n/\n"
+                                          "CREATE TABLE addresses OF address_t (\n"
+                                          "  CONSTRAINT pk_addresses PRIMARY KEY (street, zip)\n) TABLESPACE users;\n"
+                                          "CREATE TABLE strays OF missing_t;\n");
+    EXPECT_EQ(reader.Column("SELECT column_name || ' ' || datatype || ' ' || width FROM Attribute a JOIN Entity e ON "
+                            "e.entity_key = a.entity_key WHERE e.entity_name = 'addresses' ORDER BY a.row_seq"),
+              (std::vector<std::string>{"street VAR 40", "city VAR 30", "zip NUM 5"}));
+    EXPECT_EQ(reader.Column("SELECT a.column_name FROM PrimaryKey p JOIN Attribute a ON a.entity_key = p.entity_key "
+                            "AND a.attribute_no = p.attribute_no ORDER BY p.row_seq"),
+              (std::vector<std::string>{"street", "zip"}));
+    EXPECT_EQ(reader.Scalar("SELECT storage_space FROM TableStorage t JOIN Entity e ON e.entity_key = t.entity_key "
+                            "WHERE e.entity_name = 'addresses'"),
+              "users");
+    EXPECT_EQ(reader.Count("Entity"), 2);  // strays, without columns
+    ASSERT_EQ(m_report.warnings.size(), 1u);
+    EXPECT_NE(m_report.warnings[0].find("object type missing_t, which the script does not create"), std::string::npos)
+        << m_report.warnings[0];
+}
+
 TEST_F(ImportTest, TransactSqlScriptsWithoutGoOrSemicolons) {
     CModelFileReader& reader = ImportText(41,
                                           "create table customer (id int not null primary key)\n"

@@ -198,7 +198,8 @@ bool CDdlImporter::CreateTable(CSqlCursor& cursor, CContext& context) {
     cursor.AcceptWords({"IF", "NOT", "EXISTS"});
     const CQualifiedName name = cursor.ReadName();
     if (!name.Empty() && cursor.AcceptWord("LIKE")) return CreateTableLike(cursor, name, context);
-    if (name.Empty() || !cursor.IsSymbol('(')) {
+    const bool objectTable = !name.Empty() && cursor.AcceptWord("OF");
+    if (name.Empty() || (!objectTable && !cursor.IsSymbol('('))) {
         Warn(context, "table definition without a column list skipped");
         return false;
     }
@@ -207,6 +208,29 @@ bool CDdlImporter::CreateTable(CSqlCursor& cursor, CContext& context) {
         m_builder.AddEntity(name.Name().c_str(), owner.empty() ? nullptr : owner.c_str(), 0, 0);
     if (!entity) return false;
     m_report.Count("tables");
+    if (objectTable) {
+        // An Oracle object table: its columns are the attributes of its
+        // object type; its own list, if any, holds constraints.
+        const std::string type = cursor.ReadName().Name();
+        const auto attributes = m_objectTypes.find(Upper(type));
+        if (attributes == m_objectTypes.end()) {
+            Warn(context, "table " + name.Name() + " is of object type " + type +
+                              ", which the script does not create: it has no columns");
+        } else {
+            const std::vector<CToken> tokens = Tokenize(attributes->second);
+            CSqlCursor typeCursor(tokens, attributes->second);
+            Elements(typeCursor, entity, context);
+        }
+        if (cursor.IsSymbol('(')) Elements(cursor, entity, context);
+    } else {
+        Elements(cursor, entity, context);
+    }
+    TableOptions(cursor, entity);
+    return true;
+}
+
+// A table's parenthesised list of columns and constraints.
+void CDdlImporter::Elements(CSqlCursor& cursor, unsigned long entity, CContext& context) {
     cursor.AcceptSymbol('(');
     while (!cursor.AtEnd() && !cursor.IsSymbol(')')) {
         const std::size_t before = cursor.Position();
@@ -216,8 +240,6 @@ bool CDdlImporter::CreateTable(CSqlCursor& cursor, CContext& context) {
         if (cursor.Position() == before) cursor.Skip();
     }
     cursor.AcceptSymbol(')');
-    TableOptions(cursor, entity);
-    return true;
 }
 
 // CREATE TABLE name LIKE other (DB2): the columns of `other` when the model
@@ -807,7 +829,19 @@ bool CDdlImporter::CreateType(CSqlCursor& cursor, CContext& context) {
     cursor.AcceptWord("DISTINCT");
     if (!cursor.AcceptWord("TYPE")) return false;
     const std::string name = cursor.ReadName().Name();
-    if (!cursor.AcceptWord("FROM") && !cursor.AcceptWord("AS")) return false;  // object types are not datatypes
+    const std::size_t afterName = cursor.Position();
+    if ((cursor.AcceptWord("AS") || cursor.AcceptWord("IS")) && cursor.AcceptWord("OBJECT")) {
+        // An Oracle object type is no datatype of a column, but the columns
+        // of the tables made OF it: its attribute list is kept for them.
+        if (!cursor.IsSymbol('(')) return false;
+        const std::size_t from = cursor.Position();
+        cursor.SkipItem();
+        m_objectTypes[Upper(name)] = cursor.SourceText(from, cursor.Position());
+        m_report.Count("object types");
+        return true;
+    }
+    cursor.Seek(afterName);
+    if (!cursor.AcceptWord("FROM") && !cursor.AcceptWord("AS")) return false;  // other kinds of types are not datatypes
     const std::size_t from = cursor.Position();
     ReadTypeName(cursor);
     if (cursor.IsSymbol('(')) cursor.SkipItem();

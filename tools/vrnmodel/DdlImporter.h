@@ -54,6 +54,7 @@ private:
     void LineCommand(CSqlCursor& cursor);
     bool CreateTable(CSqlCursor& cursor, CContext& context);
     bool CreateTableLike(CSqlCursor& cursor, const CQualifiedName& name, CContext& context);
+    void Elements(CSqlCursor& cursor, unsigned long entity, CContext& context);
     void TableElement(CSqlCursor& cursor, unsigned long entity, CContext& context);
     void Column(CSqlCursor& cursor, unsigned long entity, CContext& context);
     // PRIMARY KEY / UNIQUE / FOREIGN KEY / CHECK after an optional name.
@@ -81,6 +82,9 @@ private:
     CImportReport& m_report;
     std::vector<std::pair<std::string, std::string>> m_tags;
     std::vector<CForeignKeyDecl> m_foreignKeys;
+    // Oracle object types by upper-cased name: the text of their attribute
+    // list, read as the column list of the tables made OF them.
+    std::map<std::string, std::string> m_objectTypes;
     std::map<unsigned long, std::vector<std::string>> m_tablePartitions;
     std::vector<CDeferred> m_deferred;
     bool m_retrying = false;
