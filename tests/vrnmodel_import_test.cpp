@@ -267,6 +267,34 @@ TEST_F(ImportTest, OracleStorageAndForeignKeysToLaterTables) {
     EXPECT_EQ(m_report.messages.size(), 2u);  // the missing parent and the foreign key left out
 }
 
+TEST_F(ImportTest, SqliteVirtualTablesGeneratedColumnsAndIndexesTheModelCannotHold) {
+    const std::string db = m_dir.File("app.db");
+    ExecOnFile(db, "CREATE TABLE notes (id INTEGER PRIMARY KEY, body TEXT, words INTEGER GENERATED ALWAYS AS "
+                   "(length(body) - length(replace(body, ' ', '')) + 1) STORED, archived INTEGER);"
+                   "CREATE VIRTUAL TABLE notes_search USING fts5(body);"
+                   "CREATE INDEX notes_lower ON notes (lower(body));"
+                   "CREATE INDEX notes_live ON notes (id) WHERE archived = 0;");
+    CModelFileReader& reader = Import(0, {db});
+    // The virtual table and its shadow tables are not tables of the model.
+    EXPECT_EQ(reader.Column("SELECT entity_name FROM Entity"), std::vector<std::string>{"notes"});
+    // The generated column keeps its expression.
+    EXPECT_EQ(reader.Scalar("SELECT p.text FROM Property p JOIN Attribute a ON a.attribute_id = p.owner_key AND "
+                            "p.owner_kind = 'attribute' WHERE a.column_name = 'words'"),
+              "length(body) - length(replace(body, ' ', '')) + 1");
+    // No index without columns; the partial index keeps its column, not its condition.
+    EXPECT_EQ(reader.Column("SELECT index_name FROM Indexes WHERE key_type <> 'P' ORDER BY row_seq"),
+              std::vector<std::string>{"notes_live"});
+    std::string warnings;
+    for (const std::string& warning : m_report.warnings) warnings += warning + "\n";
+    EXPECT_NE(warnings.find("virtual table notes_search and its 5 shadow tables skipped"), std::string::npos) << warnings;
+    EXPECT_NE(warnings.find("generated column words: kept with its expression"), std::string::npos) << warnings;
+    EXPECT_NE(warnings.find("index notes_lower on notes skipped: it indexes the expression lower(body)"),
+              std::string::npos)
+        << warnings;
+    EXPECT_NE(warnings.find("index notes_live: its condition (WHERE archived = 0) is not kept"), std::string::npos)
+        << warnings;
+}
+
 TEST_F(ImportTest, SqliteDatabasesAreReadFromTheirCatalog) {
     const std::string database = m_dir.File("shop.db");
     ExecOnFile(database,

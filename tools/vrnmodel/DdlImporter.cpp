@@ -17,6 +17,7 @@ constexpr int kStorageSpace = 15, kInitial = 16, kNext = 17, kFreeLists = 18, kF
               kPartitionLimit = 54, kParallel = 55, kIndexOrganized = 73;
 constexpr int kDefinition = 2, kDefaultText = 9;  // entity and attribute texts
 constexpr int kIdentity = 82, kRowGuid = 83, kGenerated = 84, kNotLogged = 92, kForBitData = 97;
+constexpr int kComputedExpression = 87;  // attribute text
 constexpr int kOnDeleteCascade = 77, kOnDeleteRestrict = 78, kOnDeleteSetNull = 79, kOnUpdateCascade = 80,
               kOnUpdateRestrict = 81;
 }  // namespace code
@@ -324,6 +325,7 @@ void CDdlImporter::Column(CSqlCursor& cursor, unsigned long entity, CContext& co
     int nullOption = m_builder.GetNullableDefault();
     std::string defaultText;
     std::vector<int> attributeCodes;
+    std::string generatedExpression;  // GENERATED ALWAYS AS (expression)
     std::vector<std::pair<std::string, std::string>> checks;  // name, text
     bool primary = false;
     bool unique = false;
@@ -370,6 +372,9 @@ void CDdlImporter::Column(CSqlCursor& cursor, unsigned long entity, CContext& co
             if (cursor.AcceptWords({"AS", "IDENTITY"})) {
                 attributeCodes.push_back(code::kIdentity);
                 attributeCodes.push_back(always ? -code::kGenerated : code::kGenerated);
+            } else if (cursor.AcceptWord("AS") && cursor.IsSymbol('(')) {
+                generatedExpression = cursor.ReadParenthesized();
+                cursor.AcceptWord("STORED") || cursor.AcceptWord("VIRTUAL");
             }
             if (cursor.IsSymbol('(')) cursor.SkipItem();
         } else if (cursor.AcceptWords({"FOR", "BIT", "DATA"})) {
@@ -388,6 +393,11 @@ void CDdlImporter::Column(CSqlCursor& cursor, unsigned long entity, CContext& co
     if (!defaultText.empty()) m_builder.SetAttributeStringProperty(attribute, code::kDefaultText, defaultText.c_str());
     for (int propertyCode : attributeCodes)
         m_builder.SetAttributeProperty(attribute, propertyCode < 0 ? -propertyCode : propertyCode, propertyCode < 0 ? 1 : 0);
+    if (!generatedExpression.empty()) {
+        m_builder.SetAttributeStringProperty(attribute, code::kComputedExpression, generatedExpression.c_str());
+        Warn(context, "generated column " + column + ": kept with its expression " + generatedExpression +
+                          " as its computed expression");
+    }
     if (primary) AddUniqueIndex(entity, primaryName, {column}, true, clustered);
     if (unique) AddUniqueIndex(entity, uniqueName, {column}, false, false);
     for (const auto& [name, text] : checks) {
@@ -619,10 +629,26 @@ bool CDdlImporter::CreateIndex(CSqlCursor& cursor, CContext& context) {
     const CQualifiedName table = cursor.ReadName();
     const unsigned long entity = FindTable(table);
     if (!entity) return DeferOrWarn(context, "index " + name + " on unknown table " + table.Name() + " skipped");
+    // The model keeps indexes on columns: one on expressions is not written
+    // with a column list it does not have.
+    const std::size_t listStart = cursor.Position();
+    const std::string expression = IndexExpression(cursor);
+    if (!expression.empty()) {
+        Warn(context, "index " + name + " on " + table.Name() + " skipped: it indexes the expression " + expression +
+                          ", and a model keeps indexes on columns only");
+        return true;
+    }
+    cursor.Seek(listStart);
     const unsigned long index = m_builder.AddIndex(entity, name.c_str());
     std::vector<std::string> columns;
     std::vector<bool> descending;
     cursor.ReadColumnList(columns, &descending);
+    if (cursor.IsWord("WHERE")) {
+        const std::size_t from = cursor.Position();
+        while (!cursor.AtEnd()) cursor.SkipItem();
+        Warn(context, "index " + name + ": its condition (" + cursor.SourceText(from, cursor.Position()) +
+                          ") is not kept: a model has no partial indexes");
+    }
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (!m_builder.AddIndexColumn(index, columns[i].c_str(), 0, descending[i] ? 1 : 0))
             Warn(context, "index " + name + ": column " + columns[i] + " not found");
@@ -632,6 +658,29 @@ bool CDdlImporter::CreateIndex(CSqlCursor& cursor, CContext& context) {
     m_report.Count("indexes");
     IndexOptions(cursor, index, entity);
     return true;
+}
+
+// The first element of an index's column list that is an expression rather
+// than a column with its sort order ("lower(name)", "(a + b)"), or "".
+std::string CDdlImporter::IndexExpression(CSqlCursor& cursor) {
+    if (!cursor.AcceptSymbol('(')) return std::string();
+    while (!cursor.AtEnd() && !cursor.IsSymbol(')')) {
+        const std::size_t from = cursor.Position();
+        bool expression = !cursor.Peek()->IsName() && cursor.Peek()->kind != CTokenKind::String;
+        if (!expression) {
+            cursor.ReadName();
+            // A name followed by "(": a function call, unless a prefix length "(10)".
+            const CToken* inside = cursor.Peek(1);
+            expression = cursor.IsSymbol('(') && inside && !inside->IsSymbol(')') && inside->kind != CTokenKind::Number;
+        }
+        while (!cursor.AtEnd() && !cursor.IsSymbol(',') && !cursor.IsSymbol(')')) {
+            if (cursor.Peek()->kind == CTokenKind::Symbol && !cursor.IsSymbol('(')) expression = true;
+            cursor.SkipItem();
+        }
+        if (expression) return cursor.SourceText(from, cursor.Position());
+        cursor.AcceptSymbol(',');
+    }
+    return std::string();
 }
 
 bool CDdlImporter::IndexOptions(CSqlCursor& cursor, unsigned long index, unsigned long entity) {

@@ -23,6 +23,8 @@ public:
     // Template tags &$NAME. are replaced by these values.
     void SetTags(std::vector<std::pair<std::string, std::string>> tags) { m_tags = std::move(tags); }
     void ImportScript(const std::string& sourceName, const std::string& text);
+    // A warning of the source's reader, beside the importer's own.
+    void Note(const std::string& warning) { m_report.warnings.push_back(warning); }
     // Declares the collected foreign keys and resolves the pending ones.
     void Finish();
 
@@ -64,6 +66,7 @@ private:
     void StorageClause(CSqlCursor& cursor, unsigned long entity, unsigned long index, unsigned long partition);
     bool CreateIndex(CSqlCursor& cursor, CContext& context);
     bool IndexOptions(CSqlCursor& cursor, unsigned long index, unsigned long entity);
+    std::string IndexExpression(CSqlCursor& cursor);
     bool AlterTable(CSqlCursor& cursor, CContext& context);
     bool CreateView(CSqlCursor& cursor);
     bool CreateCode(CSqlCursor& cursor, CContext& context);

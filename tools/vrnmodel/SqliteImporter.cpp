@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <cstring>
+#include <set>
 #include <fstream>
 #include <memory>
 #include <vector>
@@ -61,11 +62,38 @@ bool ImportSqliteDatabase(const std::string& path, CDdlImporter& ddl, std::strin
         error = "cannot read the catalog of '" + path + "': " + sqlite3_errmsg(db.get());
         return false;
     }
+    // The shadow tables of a virtual table (full-text search, R-trees) hold
+    // its index, not the user's data: they go with the virtual table, which
+    // the model cannot hold. SQLite names them in pragma_table_list; older
+    // libraries are asked by the names the modules give them.
+    std::set<std::string> shadows;
+    std::vector<std::string> virtuals;
+    if (CQuery list = Prepare(db.get(), "SELECT name, type FROM pragma_table_list WHERE schema = 'main'")) {
+        while (sqlite3_step(list.get()) == SQLITE_ROW) {
+            const std::string type = Text(list.get(), 1);
+            if (type == "shadow") shadows.insert(Text(list.get(), 0));
+            if (type == "virtual") virtuals.push_back(Text(list.get(), 0));
+        }
+    } else {
+        static const char* const kShadowSuffixes[] = {"_data", "_idx",     "_content", "_docsize", "_config", "_segments",
+                                                      "_segdir", "_stat", "_node",    "_rowid",   "_parent"};
+        CQuery named = Prepare(db.get(), "SELECT name FROM sqlite_master WHERE type = 'table' AND sql LIKE 'CREATE VIRTUAL%'");
+        while (named && sqlite3_step(named.get()) == SQLITE_ROW) virtuals.push_back(Text(named.get(), 0));
+        for (const std::string& name : virtuals)
+            for (const char* suffix : kShadowSuffixes) shadows.insert(name + suffix);
+    }
+    for (const std::string& name : virtuals) {
+        std::size_t count = 0;
+        for (const std::string& shadow : shadows) count += shadow.compare(0, name.size() + 1, name + "_") == 0 ? 1 : 0;
+        ddl.Note(path + ": virtual table " + name + " and its " + std::to_string(count) +
+                 " shadow tables skipped: they hold an index of the database, not tables of its model");
+    }
     // The stored CREATE statements are the catalog's own definitions: read
     // them as one script so that types, defaults, keys, checks and indexes
     // come out exactly as declared.
     std::string script;
     while (sqlite3_step(objects.get()) == SQLITE_ROW) {
+        if (shadows.count(Text(objects.get(), 1))) continue;
         script += Text(objects.get(), 2);
         script += ";\n";
     }
