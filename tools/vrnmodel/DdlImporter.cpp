@@ -5,22 +5,59 @@
 
 #include <VrnReader.h>
 
+#include "OptionKeywords.h"
+
 namespace {
 
-// Property codes of the model builder, named for the options scripts spell.
+// Property codes of the model builder that the importer sets itself; the
+// physical options' codes are in the keyword tables (OptionKeywords.cpp).
 namespace code {
-constexpr int kStorageSpace = 15, kInitial = 16, kNext = 17, kFreeLists = 18, kFreeListGroups = 19,
-              kMinExtents = 20, kMaxExtents = 21, kPctFree = 22, kPctUsed = 23, kPctIncrease = 24,
-              kIniTrans = 25, kMaxTrans = 26, kBufferPool = 27, kLogging = 28, kMonitoring = 29, kCache = 30,
-              kStorageGroup = 31, kVcat = 32, kRowMovement = 33, kUnique = 34, kCompress = 35, kReverse = 38,
-              kCluster = 40, kCopy = 48, kClose = 49, kErase = 50, kDefine = 51, kPieceSize = 52, kGbpCache = 53,
-              kPartitionLimit = 54, kParallel = 55, kIndexOrganized = 73;
+constexpr int kStorageSpace = 15, kUnique = 34, kCluster = 40, kPartitionLimit = 54;
 constexpr int kDefinition = 2, kDefaultText = 9;  // entity and attribute texts
 constexpr int kIdentity = 82, kRowGuid = 83, kGenerated = 84, kNotLogged = 92, kForBitData = 97;
 constexpr int kComputedExpression = 87;  // attribute text
 constexpr int kOnDeleteCascade = 77, kOnDeleteRestrict = 78, kOnDeleteSetNull = 79, kOnUpdateCascade = 80,
               kOnUpdateRestrict = 81;
 }  // namespace code
+
+// Where options read by the keyword tables go.
+class CEntityOptions final : public COptionTarget {
+public:
+    CEntityOptions(CVrnAPI& builder, unsigned long entity) : m_builder(builder), m_entity(entity) {}
+    void Number(int code, long value) override { m_builder.SetEntityProperty(m_entity, code, value); }
+    void Text(int code, const std::string& text) override { m_builder.SetEntityStringProperty(m_entity, code, text.c_str()); }
+
+private:
+    CVrnAPI& m_builder;
+    unsigned long m_entity;
+};
+
+class CIndexOptions final : public COptionTarget {
+public:
+    CIndexOptions(CVrnAPI& builder, unsigned long index) : m_builder(builder), m_index(index) {}
+    void Number(int code, long value) override { m_builder.SetIndexProperty(m_index, code, value); }
+    void Text(int code, const std::string& text) override { m_builder.SetIndexStringProperty(m_index, code, text.c_str()); }
+
+private:
+    CVrnAPI& m_builder;
+    unsigned long m_index;
+};
+
+// A partition the builder refused (0) takes no options.
+class CPartitionOptions final : public COptionTarget {
+public:
+    CPartitionOptions(CVrnAPI& builder, unsigned long partition) : m_builder(builder), m_partition(partition) {}
+    void Number(int code, long value) override {
+        if (m_partition) m_builder.SetPartitionProperty(m_partition, code, value);
+    }
+    void Text(int code, const std::string& text) override {
+        if (m_partition) m_builder.SetPartitionStringProperty(m_partition, code, text.c_str());
+    }
+
+private:
+    CVrnAPI& m_builder;
+    unsigned long m_partition;
+};
 
 // Storage object kinds, the client's own numbering.
 constexpr int kStorageGroup = 1, kDatabase = 2, kTablespace = 3, kBufferPoolObject = 4;
@@ -474,45 +511,18 @@ bool CDdlImporter::TableConstraint(CSqlCursor& cursor, unsigned long entity, con
 }
 
 void CDdlImporter::TableOptions(CSqlCursor& cursor, unsigned long entity) {
+    CEntityOptions options(m_builder, entity);
     while (!cursor.AtEnd()) {
-        long number = 0;
         if (cursor.AcceptWord("TABLESPACE") || cursor.AcceptWord("ON") || cursor.AcceptWord("IN")) {
             const CQualifiedName space = cursor.ReadName();
             std::string text;
             for (const std::string& part : space.parts) text += (text.empty() ? "" : ".") + part;
             if (!text.empty()) m_builder.SetEntityStringProperty(entity, code::kStorageSpace, text.c_str());
-        } else if (cursor.AcceptWord("PCTFREE") && cursor.ReadNumber(number)) {
-            m_builder.SetEntityProperty(entity, code::kPctFree, number);
-        } else if (cursor.AcceptWord("PCTUSED") && cursor.ReadNumber(number)) {
-            m_builder.SetEntityProperty(entity, code::kPctUsed, number);
-        } else if (cursor.AcceptWord("INITRANS") && cursor.ReadNumber(number)) {
-            m_builder.SetEntityProperty(entity, code::kIniTrans, number);
-        } else if (cursor.AcceptWord("MAXTRANS") && cursor.ReadNumber(number)) {
-            m_builder.SetEntityProperty(entity, code::kMaxTrans, number);
         } else if (cursor.AcceptWord("STORAGE")) {
             StorageClause(cursor, entity, 0, 0);
-        } else if (cursor.AcceptWord("LOGGING")) {
-            m_builder.SetEntityProperty(entity, code::kLogging, 1);
-        } else if (cursor.AcceptWord("NOLOGGING")) {
-            m_builder.SetEntityProperty(entity, code::kLogging, 0);
-        } else if (cursor.AcceptWord("CACHE")) {
-            m_builder.SetEntityProperty(entity, code::kCache, 1);
-        } else if (cursor.AcceptWord("NOCACHE")) {
-            m_builder.SetEntityProperty(entity, code::kCache, 0);
-        } else if (cursor.AcceptWord("MONITORING")) {
-            m_builder.SetEntityProperty(entity, code::kMonitoring, 1);
-        } else if (cursor.AcceptWord("NOMONITORING")) {
-            m_builder.SetEntityProperty(entity, code::kMonitoring, 0);
-        } else if (cursor.AcceptWord("PARALLEL")) {
-            if (!cursor.ReadNumber(number)) number = 0;
-            m_builder.SetEntityProperty(entity, code::kParallel, number);
-        } else if (cursor.AcceptWords({"ORGANIZATION", "INDEX"})) {
-            m_builder.SetEntityProperty(entity, code::kIndexOrganized, 1);
-        } else if (cursor.AcceptWords({"ENABLE", "ROW", "MOVEMENT"})) {
-            m_builder.SetEntityProperty(entity, code::kRowMovement, 1);
         } else if (cursor.AcceptWords({"PARTITION", "BY"})) {
             Partitions(cursor, entity, 0);
-        } else {
+        } else if (!ReadOption(cursor, kTableOptions, options)) {
             cursor.SkipItem();
         }
     }
@@ -523,36 +533,13 @@ void CDdlImporter::TableOptions(CSqlCursor& cursor, unsigned long entity) {
 void CDdlImporter::StorageClause(CSqlCursor& cursor, unsigned long entity, unsigned long index,
                                  unsigned long partition) {
     if (!cursor.AcceptSymbol('(')) return;
-    auto setNumber = [&](int propertyCode, long value) {
-        if (partition) m_builder.SetPartitionProperty(partition, propertyCode, value);
-        else if (index) m_builder.SetIndexProperty(index, propertyCode, value);
-        else m_builder.SetEntityProperty(entity, propertyCode, value);
-    };
-    while (!cursor.AtEnd() && !cursor.IsSymbol(')')) {
-        long number = 0;
-        int propertyCode = 0;
-        if (cursor.AcceptWord("INITIAL")) propertyCode = code::kInitial;
-        else if (cursor.AcceptWord("NEXT")) propertyCode = code::kNext;
-        else if (cursor.AcceptWord("MINEXTENTS")) propertyCode = code::kMinExtents;
-        else if (cursor.AcceptWord("MAXEXTENTS")) propertyCode = code::kMaxExtents;
-        else if (cursor.AcceptWord("PCTINCREASE")) propertyCode = code::kPctIncrease;
-        else if (cursor.AcceptWords({"FREELIST", "GROUPS"})) propertyCode = code::kFreeListGroups;
-        else if (cursor.AcceptWord("FREELISTS")) propertyCode = code::kFreeLists;
-        else if (cursor.AcceptWord("BUFFER_POOL")) {
-            const CToken* pool = cursor.Next();
-            if (pool) {
-                const std::string name = Upper(pool->text);
-                if (partition) m_builder.SetPartitionStringProperty(partition, code::kBufferPool, name.c_str());
-                else if (index) m_builder.SetIndexStringProperty(index, code::kBufferPool, name.c_str());
-                else m_builder.SetEntityStringProperty(entity, code::kBufferPool, name.c_str());
-            }
-            continue;
-        } else {
-            cursor.SkipItem();
-            continue;
-        }
-        if (cursor.ReadNumber(number)) setNumber(propertyCode, number);
-    }
+    CEntityOptions toEntity(m_builder, entity);
+    CIndexOptions toIndex(m_builder, index);
+    CPartitionOptions toPartition(m_builder, partition);
+    COptionTarget& target = partition ? static_cast<COptionTarget&>(toPartition)
+                                      : index ? static_cast<COptionTarget&>(toIndex) : toEntity;
+    while (!cursor.AtEnd() && !cursor.IsSymbol(')'))
+        if (!ReadOption(cursor, kStorageOptions, target)) cursor.SkipItem();
     cursor.AcceptSymbol(')');
 }
 
@@ -586,8 +573,8 @@ void CDdlImporter::Partitions(CSqlCursor& cursor, unsigned long entity, unsigned
             m_report.Count("partitions");
             if (!index) m_tablePartitions[entity].push_back(name);
         }
+        CPartitionOptions options(m_builder, partition);
         while (!cursor.AtEnd() && !cursor.IsSymbol(',') && !cursor.IsSymbol(')')) {
-            long number = 0;
             if (cursor.AcceptWord("VALUES")) {
                 cursor.AcceptWords({"LESS", "THAN"});
                 const std::string limit = cursor.ReadParenthesized();
@@ -597,15 +584,7 @@ void CDdlImporter::Partitions(CSqlCursor& cursor, unsigned long entity, unsigned
                 if (partition) m_builder.SetPartitionStringProperty(partition, code::kStorageSpace, space.c_str());
             } else if (cursor.AcceptWord("STORAGE")) {
                 StorageClause(cursor, entity, index, partition);
-            } else if (cursor.AcceptWord("PCTFREE") && cursor.ReadNumber(number)) {
-                if (partition) m_builder.SetPartitionProperty(partition, code::kPctFree, number);
-            } else if (cursor.AcceptWord("PCTUSED") && cursor.ReadNumber(number)) {
-                if (partition) m_builder.SetPartitionProperty(partition, code::kPctUsed, number);
-            } else if (cursor.AcceptWord("LOGGING")) {
-                if (partition) m_builder.SetPartitionProperty(partition, code::kLogging, 1);
-            } else if (cursor.AcceptWord("NOLOGGING")) {
-                if (partition) m_builder.SetPartitionProperty(partition, code::kLogging, 0);
-            } else {
+            } else if (!ReadOption(cursor, kPartitionOptions, options)) {
                 cursor.SkipItem();
             }
         }
@@ -684,60 +663,13 @@ std::string CDdlImporter::IndexExpression(CSqlCursor& cursor) {
 }
 
 bool CDdlImporter::IndexOptions(CSqlCursor& cursor, unsigned long index, unsigned long entity) {
+    CIndexOptions options(m_builder, index);
     while (!cursor.AtEnd()) {
-        long number = 0;
-        const auto yesNo = [&](int propertyCode) {
-            const CToken* answer = cursor.Next();
-            if (answer) m_builder.SetIndexStringProperty(index, propertyCode, answer->text.c_str());
-        };
         if (cursor.AcceptWord("TABLESPACE") || cursor.AcceptWord("ON")) {
             const std::string space = cursor.ReadName().Name();
             m_builder.SetIndexStringProperty(index, code::kStorageSpace, space.c_str());
-        } else if (cursor.AcceptWord("PCTFREE") && cursor.ReadNumber(number)) {
-            m_builder.SetIndexProperty(index, code::kPctFree, number);
-        } else if (cursor.AcceptWord("INITRANS") && cursor.ReadNumber(number)) {
-            m_builder.SetIndexProperty(index, code::kIniTrans, number);
-        } else if (cursor.AcceptWord("MAXTRANS") && cursor.ReadNumber(number)) {
-            m_builder.SetIndexProperty(index, code::kMaxTrans, number);
         } else if (cursor.AcceptWord("STORAGE")) {
             StorageClause(cursor, entity, index, 0);
-        } else if (cursor.AcceptWord("REVERSE")) {
-            m_builder.SetIndexProperty(index, code::kReverse, 1);
-        } else if (cursor.AcceptWord("COMPRESS")) {
-            const bool no = cursor.AcceptWord("NO");
-            cursor.AcceptWord("YES");
-            cursor.ReadNumber(number);
-            m_builder.SetIndexProperty(index, code::kCompress, no ? 0 : 1);
-        } else if (cursor.AcceptWords({"USING", "STOGROUP"})) {
-            const std::string group = cursor.ReadName().Name();
-            m_builder.SetIndexStringProperty(index, code::kStorageGroup, group.c_str());
-        } else if (cursor.AcceptWords({"USING", "VCAT"})) {
-            const std::string vcat = cursor.ReadName().Name();
-            m_builder.SetIndexStringProperty(index, code::kVcat, vcat.c_str());
-        } else if (cursor.AcceptWord("PRIQTY") && cursor.ReadNumber(number)) {
-            m_builder.SetIndexProperty(index, code::kInitial, number);
-        } else if (cursor.AcceptWord("SECQTY") && cursor.ReadNumber(number)) {
-            m_builder.SetIndexProperty(index, code::kNext, number);
-        } else if (cursor.AcceptWord("BUFFERPOOL")) {
-            const std::string pool = cursor.ReadName().Name();
-            m_builder.SetIndexStringProperty(index, code::kBufferPool, pool.c_str());
-        } else if (cursor.AcceptWords({"NOT", "CLUSTER"})) {
-            m_builder.SetIndexProperty(index, code::kCluster, 0);
-        } else if (cursor.AcceptWord("CLUSTER")) {
-            m_builder.SetIndexProperty(index, code::kCluster, 1);
-        } else if (cursor.AcceptWord("CLOSE")) {
-            yesNo(code::kClose);
-        } else if (cursor.AcceptWord("DEFINE")) {
-            yesNo(code::kDefine);
-        } else if (cursor.AcceptWord("ERASE")) {
-            yesNo(code::kErase);
-        } else if (cursor.AcceptWord("COPY")) {
-            yesNo(code::kCopy);
-        } else if (cursor.AcceptWord("GBPCACHE")) {
-            yesNo(code::kGbpCache);
-        } else if (cursor.AcceptWord("PIECESIZE")) {
-            const CToken* size = cursor.Next();
-            if (size) m_builder.SetIndexStringProperty(index, code::kPieceSize, size->text.c_str());
         } else if (cursor.AcceptWord("LOCAL")) {
             if (cursor.IsSymbol('(')) {
                 Partitions(cursor, entity, index);
@@ -746,7 +678,7 @@ bool CDdlImporter::IndexOptions(CSqlCursor& cursor, unsigned long index, unsigne
                 for (const std::string& partition : m_tablePartitions[entity])
                     if (m_builder.AddIndexPartition(index, partition.c_str())) m_report.Count("partitions");
             }
-        } else {
+        } else if (!ReadOption(cursor, kIndexOptions, options)) {
             cursor.SkipItem();
         }
     }

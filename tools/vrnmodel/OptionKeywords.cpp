@@ -1,0 +1,124 @@
+#include "OptionKeywords.h"
+
+#include <cctype>
+#include <sstream>
+#include <vector>
+
+#include "SqlCursor.h"
+
+namespace {
+
+// The model builder's property codes of physical options.
+constexpr int kInitial = 16, kNext = 17, kFreeLists = 18, kFreeListGroups = 19, kMinExtents = 20, kMaxExtents = 21,
+              kPctFree = 22, kPctUsed = 23, kPctIncrease = 24, kIniTrans = 25, kMaxTrans = 26, kBufferPool = 27,
+              kLogging = 28, kMonitoring = 29, kCache = 30, kStorageGroup = 31, kVcat = 32, kRowMovement = 33,
+              kCompress = 35, kReverse = 38, kCluster = 40, kCopy = 48, kClose = 49, kErase = 50, kDefine = 51,
+              kPieceSize = 52, kGbpCache = 53, kParallel = 55, kIndexOrganized = 73;
+
+using A = EOptionArgument;
+
+}  // namespace
+
+const COptionKeyword kTableOptions[] = {
+    {"PCTFREE", kPctFree, A::Number},
+    {"PCTUSED", kPctUsed, A::Number},
+    {"INITRANS", kIniTrans, A::Number},
+    {"MAXTRANS", kMaxTrans, A::Number},
+    {"LOGGING", kLogging, A::On},
+    {"NOLOGGING", kLogging, A::Off},
+    {"CACHE", kCache, A::On},
+    {"NOCACHE", kCache, A::Off},
+    {"MONITORING", kMonitoring, A::On},
+    {"NOMONITORING", kMonitoring, A::Off},
+    {"PARALLEL", kParallel, A::OptionalNumber},
+    {"ORGANIZATION INDEX", kIndexOrganized, A::On},
+    {"ENABLE ROW MOVEMENT", kRowMovement, A::On},
+    {nullptr, 0, A::On},
+};
+
+const COptionKeyword kIndexOptions[] = {
+    {"PCTFREE", kPctFree, A::Number},
+    {"INITRANS", kIniTrans, A::Number},
+    {"MAXTRANS", kMaxTrans, A::Number},
+    {"REVERSE", kReverse, A::On},
+    {"USING STOGROUP", kStorageGroup, A::Name},
+    {"USING VCAT", kVcat, A::Name},
+    {"PRIQTY", kInitial, A::Number},
+    {"SECQTY", kNext, A::Number},
+    {"BUFFERPOOL", kBufferPool, A::Name},
+    {"NOT CLUSTER", kCluster, A::Off},
+    {"CLUSTER", kCluster, A::On},
+    {"CLOSE", kClose, A::Word},
+    {"DEFINE", kDefine, A::Word},
+    {"ERASE", kErase, A::Word},
+    {"COPY", kCopy, A::Word},
+    {"GBPCACHE", kGbpCache, A::Word},
+    {"PIECESIZE", kPieceSize, A::Word},
+    {"COMPRESS NO", kCompress, A::Off},
+    {"COMPRESS YES", kCompress, A::On},
+    {"COMPRESS", kCompress, A::On},  // a prefix length after it is passed over
+    {nullptr, 0, A::On},
+};
+
+const COptionKeyword kPartitionOptions[] = {
+    {"PCTFREE", kPctFree, A::Number},
+    {"PCTUSED", kPctUsed, A::Number},
+    {"LOGGING", kLogging, A::On},
+    {"NOLOGGING", kLogging, A::Off},
+    {nullptr, 0, A::On},
+};
+
+const COptionKeyword kStorageOptions[] = {
+    {"INITIAL", kInitial, A::Number},
+    {"NEXT", kNext, A::Number},
+    {"MINEXTENTS", kMinExtents, A::Number},
+    {"MAXEXTENTS", kMaxExtents, A::Number},
+    {"PCTINCREASE", kPctIncrease, A::Number},
+    {"FREELIST GROUPS", kFreeListGroups, A::Number},
+    {"FREELISTS", kFreeLists, A::Number},
+    {"BUFFER_POOL", kBufferPool, A::UpperWord},
+    {nullptr, 0, A::On},
+};
+
+bool ReadOption(CSqlCursor& cursor, const COptionKeyword* options, COptionTarget& target) {
+    const std::size_t start = cursor.Position();
+    for (const COptionKeyword* option = options; option->words; ++option) {
+        cursor.Seek(start);
+        std::istringstream words(option->words);
+        bool matched = true;
+        for (std::string word; matched && words >> word;) matched = cursor.AcceptWord(word.c_str());
+        if (!matched) continue;
+        long number = 0;
+        switch (option->argument) {
+            case A::Number:
+                if (!cursor.ReadNumber(number)) break;
+                target.Number(option->code, number);
+                return true;
+            case A::OptionalNumber:
+                if (!cursor.ReadNumber(number)) number = 0;
+                target.Number(option->code, number);
+                return true;
+            case A::Name:
+                target.Text(option->code, cursor.ReadName().Name());
+                return true;
+            case A::Word:
+            case A::UpperWord: {
+                const CToken* word = cursor.Next();
+                if (!word) break;
+                std::string text = word->text;
+                if (option->argument == A::UpperWord)
+                    for (char& ch : text) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
+                target.Text(option->code, text);
+                return true;
+            }
+            case A::On:
+                target.Number(option->code, 1);
+                return true;
+            case A::Off:
+                target.Number(option->code, 0);
+                return true;
+        }
+    }
+    cursor.Seek(start);
+    return false;
+}
