@@ -118,6 +118,21 @@ TEST_F(CliTest, ScriptsOfDialectsOutsideThePlatformTableAreNamedAndRefused) {
     EXPECT_EQ(Run("import " + m_dir.File("tsql.sql") + " -o " + m_dir.File("t.vrn")), 0) << Err();
 }
 
+TEST_F(CliTest, EachSourceIsReadInItsOwnDialectAndTheSummarySaysWhich) {
+    WriteBytes(m_dir.File("oracle.sql"), "create table t (a varchar2(10));\n");
+    WriteBytes(m_dir.File("tsql.sql"), "create table u (a int)\ncreate table v (b int)\ngo\n");
+    ASSERT_EQ(Run("import " + m_dir.File("oracle.sql") + " " + m_dir.File("tsql.sql") + " -o " + m_dir.File("m.vrn")), 0)
+        << Err();
+    EXPECT_NE(Out().find("Read as:\n  " + m_dir.File("oracle.sql") + ": Oracle (guessed from the script)\n  " +
+                         m_dir.File("tsql.sql") + ": T-SQL (guessed from the script)\n"),
+              npos)
+        << Out();
+    EXPECT_NE(Out().find("Oracle 9i (47), guessed"), npos) << Out();  // the first platform a script tells
+    EXPECT_NE(Out().find("  3 tables\n"), npos) << Out();               // the T-SQL statements split without ";"
+    ASSERT_EQ(Run("import " + m_dir.File("tsql.sql") + " -o " + m_dir.File("n.vrn") + " --platform sybase"), 0) << Err();
+    EXPECT_NE(Out().find(": T-SQL (--platform)"), npos) << Out();
+}
+
 TEST_F(CliTest, PlatformNamesInAnyCaseAndCodesOfThePlatformTable) {
     ASSERT_EQ(Run("import " + m_dir.File("ok.sql") + " -o " + m_dir.File("a.vrn") + " --platform Oracle"), 0) << Err();
     EXPECT_NE(Out().find("Oracle 9i (47)"), npos) << Out();

@@ -130,13 +130,13 @@ unsigned long CDdlImporter::FindTable(const CQualifiedName& name) {
     return m_builder.FindEntity(name.Name().c_str(), owner.empty() ? nullptr : owner.c_str(), 0);
 }
 
-void CDdlImporter::ImportScript(const std::string& sourceName, const std::string& text) {
+void CDdlImporter::ImportScript(const std::string& sourceName, const std::string& text, const CDialect* dialect) {
     std::vector<std::string> unresolved;
     const std::string prepared = PrepareScriptText(text, m_tags, unresolved);
     for (const std::string& tag : unresolved)
         m_report.warnings.push_back(sourceName + ": template tag &$" + tag + ". replaced by its name " + tag);
-    const CPlatformInfo* platform = FindPlatform(m_builder.GetDbType());
-    CSqlScript script = SplitScript(prepared, platform && platform->family == EPlatformFamily::TransactSql);
+    const CDialect chosen = dialect ? *dialect : DialectOfPlatform(m_builder.GetDbType(), false);
+    CSqlScript script = SplitScript(prepared, chosen.EndsStatementsAtNextStart());
     // The statements' tokens point into the text the splitter read.
     const auto source = std::make_shared<const std::string>(std::move(script.source));
     for (const CSqlStatement& statement : script.statements) ImportStatement(statement, sourceName, source);

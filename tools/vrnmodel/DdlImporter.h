@@ -13,6 +13,7 @@
 #include <VrnIntf.h>
 
 #include "ImportReport.h"
+#include "Dialect.h"
 #include "SqlCursor.h"
 #include "SqlScript.h"
 
@@ -22,7 +23,8 @@ public:
 
     // Template tags &$NAME. are replaced by these values.
     void SetTags(std::vector<std::pair<std::string, std::string>> tags) { m_tags = std::move(tags); }
-    void ImportScript(const std::string& sourceName, const std::string& text);
+    // Reads a script in `dialect`; without one, in the dialect of the model's platform.
+    void ImportScript(const std::string& sourceName, const std::string& text, const CDialect* dialect = nullptr);
     // A warning of the source's reader, beside the importer's own.
     void Note(const std::string& warning) { m_report.warnings.push_back(warning); }
     // Declares the collected foreign keys and resolves the pending ones.

@@ -19,83 +19,13 @@
 
 #include "Command.h"
 #include "DdlImporter.h"
+#include "Dialect.h"
 #include "ModelReport.h"
 #include "OutputFile.h"
 #include "SqlSource.h"
 #include "SqliteImporter.h"
 
 namespace {
-
-bool Contains(const std::string& text, const char* word) {
-    std::string upper(text.size(), ' ');
-    for (std::size_t i = 0; i < text.size(); ++i) upper[i] = AfxToUpperAscii(text[i]);
-    return upper.find(word) != std::string::npos;
-}
-
-// The code of the platform the command line calls `name`.
-int PlatformNamed(const char* name) {
-    const CPlatformInfo* platform = FindPlatformByName(name);
-    return platform ? platform->code : 0;
-}
-
-// A platform from what a script looks like, for inputs given without one.
-int GuessPlatform(const std::string& text) {
-    if (Contains(text, "STOGROUP") || Contains(text, "CURRENT SQLID") || Contains(text, "CCSID"))
-        return PlatformNamed("db2zos");
-    if (Contains(text, "DB2LOOK") || Contains(text, "ORGANIZE BY") || Contains(text, "CODEUNITS"))
-        return PlatformNamed("db2");
-    if (Contains(text, "VARCHAR2") || Contains(text, "NUMBER(") || Contains(text, "\n/\n")) return PlatformNamed("oracle");
-    if (Contains(text, "\nGO\n") || Contains(text, "SP_ADDTYPE") || Contains(text, "NVARCHAR") ||
-        Contains(text, "IDENTITY(")) {
-        return PlatformNamed(Contains(text, "SP_BINDRULE") && !Contains(text, "SYS.SP_") ? "sybase" : "sqlserver");
-    }
-    return PlatformNamed("unknown");
-}
-
-// Signs of SQL dialects that the platform table has no platform for. A
-// script in one of them would be read wrongly without a word (MySQL's
-// "KEY ix (...)" inside a table becomes a column named KEY), so it is
-// recognised and refused unless --platform says how to read it.
-struct CForeignSign {
-    const char* dialect;
-    const char* sign;  // upper case; matched anywhere in the upper-cased script
-    const char* shown;
-};
-
-const CForeignSign kForeignSigns[] = {
-    {"MySQL", "`", "backquoted names"},
-    {"MySQL", ") ENGINE=", "ENGINE="},
-    {"MySQL", ") ENGINE =", "ENGINE="},
-    {"MySQL", " AUTO_INCREMENT", "AUTO_INCREMENT"},
-    {"MySQL", "DEFAULT CHARSET=", "DEFAULT CHARSET="},
-    {"MySQL", " UNSIGNED", "UNSIGNED"},
-    {"PostgreSQL", " SERIAL", "SERIAL columns"},
-    {"PostgreSQL", " BIGSERIAL", "SERIAL columns"},
-    {"PostgreSQL", "::", ":: casts"},
-    {"PostgreSQL", "$$", "$$ bodies"},
-    {"PostgreSQL", "LANGUAGE PLPGSQL", "LANGUAGE plpgsql"},
-    {"PostgreSQL", "CREATE EXTENSION", "CREATE EXTENSION"},
-    {"PostgreSQL", " OWNER TO ", "OWNER TO"},
-};
-
-// The dialect a script is written in when it is one the platform table does
-// not have (two different signs of it), with the signs found; null otherwise.
-const char* ForeignDialect(const std::string& text, std::string& signs) {
-    std::string upper(text.size(), ' ');
-    for (std::size_t i = 0; i < text.size(); ++i) upper[i] = AfxToUpperAscii(text[i]);
-    for (const char* dialect : {"MySQL", "PostgreSQL"}) {
-        std::vector<std::string> found;
-        for (const CForeignSign& sign : kForeignSigns)
-            if (std::string(sign.dialect) == dialect && upper.find(sign.sign) != std::string::npos &&
-                std::find(found.begin(), found.end(), sign.shown) == found.end())
-                found.push_back(sign.shown);
-        if (found.size() < 2) continue;
-        signs.clear();
-        for (const std::string& shown : found) signs += (signs.empty() ? "" : ", ") + shown;
-        return dialect;
-    }
-    return nullptr;
-}
 
 // Whether `path` can be imported, and as what: a script (text) or an SQLite
 // database; false with a reason that says what it is otherwise.
@@ -164,18 +94,27 @@ int Import(const CImportOptions& options) {
         if (databases[i]) continue;
         if (!ReadSourceText(options.sources[i], texts[i], error, options.encoding == "auto")) return Failure(error);
     }
+    // Each script's dialect, chosen once: from --platform, or from what the
+    // script looks like. The model's platform is --platform, or the first
+    // platform a script tells.
+    std::vector<CDialect> dialects(options.sources.size());
     int platform = options.platform;
-    for (std::size_t i = 0; i < texts.size() && platform < 0; ++i) {
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        if (databases[i]) continue;
+        if (options.platform >= 0) {
+            dialects[i] = DialectOfPlatform(options.platform, false);
+            continue;
+        }
         std::string signs;
-        if (const char* dialect = ForeignDialect(texts[i], signs))
-            return Failure("'" + options.sources[i] + "' looks like a " + dialect + " script (" + signs +
+        if (const char* foreign = ForeignDialect(texts[i], signs))
+            return Failure("'" + options.sources[i] + "' looks like a " + foreign + " script (" + signs +
                            "); vrnmodel reads T-SQL (SQL Server, Sybase), Oracle, DB2 LUW and DB2 z/OS scripts "
                            "and SQLite databases. Give --platform to read it as one of those anyway.");
+        const int guessed = GuessPlatform(texts[i]);
+        dialects[i] = DialectOfPlatform(guessed, true);
+        if (platform <= 0 && guessed != 0) platform = guessed;
     }
-    if (platform < 0) {
-        platform = 0;
-        for (std::size_t i = 0; i < texts.size() && platform == 0; ++i) platform = GuessPlatform(texts[i]);
-    }
+    if (platform < 0) platform = 0;
 
     CVrnAPI builder;
     if (!builder.Initialize(platform, options.continued.empty() ? nullptr : options.continued.c_str())) {
@@ -197,7 +136,7 @@ int Import(const CImportOptions& options) {
                 return 1;
             }
         } else {
-            importer.ImportScript(options.sources[i], texts[i]);
+            importer.ImportScript(options.sources[i], texts[i], &dialects[i]);
         }
     }
     importer.Finish();
@@ -223,6 +162,12 @@ int Import(const CImportOptions& options) {
     }
     std::cout << "Imported into " << options.output << " (platform " << PlatformLine(model)
               << (options.platform < 0 ? ", guessed from the input" : "") << ")\n";
+    std::cout << "Read as:\n";
+    for (std::size_t i = 0; i < options.sources.size(); ++i) {
+        std::cout << "  " << options.sources[i] << ": ";
+        if (databases[i]) std::cout << "an SQLite database, from its catalog\n";
+        else std::cout << dialects[i].Name() << (dialects[i].guessed ? " (guessed from the script)" : " (--platform)") << "\n";
+    }
     std::cout << "The model holds:\n";
     for (const auto& [kind, count] : CountObjects(model))
         if (count != 0 || kind == "tables") std::cout << "  " << Counted(count, kind) << "\n";
