@@ -11,6 +11,7 @@
 
 #include <VrnIntf.h>
 
+#include "Lap.h"
 #include "SyntheticCatalog.h"
 
 namespace {
@@ -21,13 +22,6 @@ public:
     using CVrnAPI::UpdateRelationships;
     using CVrnAPI::WriteModel;
 };
-
-double Since(std::chrono::steady_clock::time_point& start) {
-    const auto now = std::chrono::steady_clock::now();
-    const double seconds = std::chrono::duration<double>(now - start).count();
-    start = now;
-    return seconds;
-}
 
 }  // namespace
 
@@ -43,13 +37,13 @@ int main(int argc, char** argv) {
     auto* builder = new CTimedBuilder;
     builder->Initialize(34, nullptr);
     const CCatalogSize size = DescribeSyntheticCatalog(*builder, tables);
-    const double build = Since(clock);
+    const double build = Lap(clock);
     builder->UpdateRelationships(0);
-    const double resolve = Since(clock);
+    const double resolve = Lap(clock);
     builder->WriteModel(path);
-    const double rows = Since(clock);
+    const double rows = Lap(clock);
     builder->GetVrnFile()->Save(path, 0);
-    const double file = Since(clock);
+    const double file = Lap(clock);
     const bool saved = *builder->GetVrnFile()->GetLastError() == '\0';
     if (!saved) std::fprintf(stderr, "model_bench: %s\n", builder->GetVrnFile()->GetLastError());
     delete builder;

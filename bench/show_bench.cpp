@@ -10,18 +10,8 @@
 #include <cstdio>
 #include <sstream>
 
+#include "Lap.h"
 #include "ModelReport.h"
-
-namespace {
-
-double Since(std::chrono::steady_clock::time_point& start) {
-    const auto now = std::chrono::steady_clock::now();
-    const double seconds = std::chrono::duration<double>(now - start).count();
-    start = now;
-    return seconds;
-}
-
-}  // namespace
 
 int main(int argc, char** argv) {
     if (argc != 2) {
@@ -35,15 +25,15 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "show_bench: %s\n", error.c_str());
         return 1;
     }
-    const double read = Since(clock);
+    const double read = Lap(clock);
     rusage afterRead{};
     getrusage(RUSAGE_SELF, &afterRead);
     std::ostringstream text;
     WriteTextReport(model, CReportOptions(), text);
-    const double report = Since(clock);
+    const double report = Lap(clock);
     std::ostringstream json;
     WriteJsonReport(model, json);
-    const double jsonReport = Since(clock);
+    const double jsonReport = Lap(clock);
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     struct stat info {};

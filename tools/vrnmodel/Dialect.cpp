@@ -5,10 +5,12 @@
 
 namespace {
 
-bool Contains(const std::string& text, const char* word) {
+// The script with its ASCII letters in upper case: the signs of a dialect
+// are looked for in one copy of it.
+std::string UpperAscii(const std::string& text) {
     std::string upper(text.size(), ' ');
     for (std::size_t i = 0; i < text.size(); ++i) upper[i] = AfxToUpperAscii(text[i]);
-    return upper.find(word) != std::string::npos;
+    return upper;
 }
 
 // The code of the platform the command line calls `name`.
@@ -16,23 +18,6 @@ int PlatformNamed(const char* name) {
     const CPlatformInfo* platform = FindPlatformByName(name);
     return platform ? platform->code : 0;
 }
-
-}  // namespace
-
-int GuessPlatform(const std::string& text) {
-    if (Contains(text, "STOGROUP") || Contains(text, "CURRENT SQLID") || Contains(text, "CCSID"))
-        return PlatformNamed("db2zos");
-    if (Contains(text, "DB2LOOK") || Contains(text, "ORGANIZE BY") || Contains(text, "CODEUNITS"))
-        return PlatformNamed("db2");
-    if (Contains(text, "VARCHAR2") || Contains(text, "NUMBER(") || Contains(text, "\n/\n")) return PlatformNamed("oracle");
-    if (Contains(text, "\nGO\n") || Contains(text, "SP_ADDTYPE") || Contains(text, "NVARCHAR") ||
-        Contains(text, "IDENTITY(")) {
-        return PlatformNamed(Contains(text, "SP_BINDRULE") && !Contains(text, "SYS.SP_") ? "sybase" : "sqlserver");
-    }
-    return PlatformNamed("unknown");
-}
-
-namespace {
 
 // Signs of SQL dialects that the platform table has no platform for. A
 // script in one of them would be read wrongly without a word (MySQL's
@@ -62,9 +47,19 @@ const CForeignSign kForeignSigns[] = {
 
 }  // namespace
 
+int GuessPlatform(const std::string& text) {
+    const std::string upper = UpperAscii(text);
+    const auto has = [&](const char* word) { return upper.find(word) != std::string::npos; };
+    if (has("STOGROUP") || has("CURRENT SQLID") || has("CCSID")) return PlatformNamed("db2zos");
+    if (has("DB2LOOK") || has("ORGANIZE BY") || has("CODEUNITS")) return PlatformNamed("db2");
+    if (has("VARCHAR2") || has("NUMBER(") || has("\n/\n")) return PlatformNamed("oracle");
+    if (has("\nGO\n") || has("SP_ADDTYPE") || has("NVARCHAR") || has("IDENTITY("))
+        return PlatformNamed(has("SP_BINDRULE") && !has("SYS.SP_") ? "sybase" : "sqlserver");
+    return PlatformNamed("unknown");
+}
+
 const char* ForeignDialect(const std::string& text, std::string& signs) {
-    std::string upper(text.size(), ' ');
-    for (std::size_t i = 0; i < text.size(); ++i) upper[i] = AfxToUpperAscii(text[i]);
+    const std::string upper = UpperAscii(text);
     for (const char* dialect : {"MySQL", "PostgreSQL"}) {
         std::vector<std::string> found;
         for (const CForeignSign& sign : kForeignSigns)

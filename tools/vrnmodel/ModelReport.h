@@ -38,7 +38,7 @@ std::string QualifiedName(const std::string& owner, const std::string& name);
 std::string ColumnType(const CModel& model, const CModelColumn& column);
 // Referential actions by their letter: "NO ACTION", "CASCADE", "RESTRICT", "SET NULL".
 const char* ActionName(char action);
-// The table's column list "a, b DESC" of an index.
+// An index's column list as "a, b DESC".
 std::string IndexColumnList(const CModelIndex& index);
 // Trigger timing by kind: "before", "after", "instead of".
 const char* TriggerTiming(int kind);

@@ -141,8 +141,6 @@ private:
     bool m_afterKey = false;
 };
 
-std::string ActionWord(char action) { return ActionName(action); }
-
 void WriteProperties(CJsonWriter& json, const std::vector<CModelProperty>& properties) {
     json.Key("properties");
     json.BeginArray();
@@ -278,8 +276,8 @@ void WriteTable(CJsonWriter& json, const CModel& model, const CModelTable& table
         }
         json.BoolField("identifying", foreignKey.identifying);
         json.BoolField("optional", foreignKey.optional);
-        json.Field("on_delete", ActionWord(foreignKey.onDelete));
-        json.Field("on_update", ActionWord(foreignKey.onUpdate));
+        json.Field("on_delete", ActionName(foreignKey.onDelete));
+        json.Field("on_update", ActionName(foreignKey.onUpdate));
         json.BoolField("references_alternate_key", foreignKey.referencedKey != 0);
         json.Key("columns");
         json.BeginArray();
