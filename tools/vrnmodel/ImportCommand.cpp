@@ -196,7 +196,10 @@ int Import(const CImportOptions& options) {
         for (const std::string& message : report.messages) std::cout << "  " << message << "\n";
     }
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    std::printf("%d statements in %.2f s\n", report.statements, seconds);
+    int skipped = 0;
+    for (const auto& entry : report.skipped) skipped += entry.second;
+    std::printf("%d statements (%d applied, %d skipped) in %.2f s\n", report.statements, report.applied, skipped,
+                seconds);
     return 0;
 }
 

@@ -12,7 +12,9 @@ struct CImportReport {
     std::map<std::string, std::vector<std::string>> skippedAt;  // statement kind -> "file:line" places
     std::vector<std::string> warnings;
     std::vector<std::string> messages;    // relationship resolution
+    // Every statement read is either applied or skipped (and counted by kind).
     int statements = 0;
+    int applied = 0;
 
     void Count(const std::string& kind, int n = 1) { imported[kind] += n; }
     void Skip(const std::string& kind, const std::string& where) {

@@ -3,12 +3,12 @@
 // model builder's property code it sets and the kind of argument it takes.
 // One reader applies any of them; what is not a plain keyword with an
 // argument (storage spaces, STORAGE clauses, partition lists) stays with the
-// importer.
+// parser.
 #pragma once
 
 #include <string>
 
-class CSqlCursor;
+#include "DdlDecl.h"
 
 enum class EOptionArgument {
     Number,          // a number; sizes with K, M or G in kilobytes; UNLIMITED
@@ -26,20 +26,12 @@ struct COptionKeyword {
     EOptionArgument argument;
 };
 
-// Where a read option goes: a table, an index or a partition of the model.
-class COptionTarget {
-public:
-    virtual ~COptionTarget() = default;
-    virtual void Number(int code, long value) = 0;
-    virtual void Text(int code, const std::string& text) = 0;
-};
-
 extern const COptionKeyword kTableOptions[];
 extern const COptionKeyword kIndexOptions[];
 extern const COptionKeyword kPartitionOptions[];
 extern const COptionKeyword kStorageOptions[];
 
 // Reads the option of `options` (a table ending with a row of null words)
-// that starts at the cursor into `target`; false, with the cursor where it
+// that starts at the cursor onto `read`; false, with the cursor where it
 // was, when none does.
-bool ReadOption(CSqlCursor& cursor, const COptionKeyword* options, COptionTarget& target);
+bool ReadOption(CSqlCursor& cursor, const COptionKeyword* options, COptionList& read);

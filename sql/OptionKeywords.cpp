@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <sstream>
+#include <utility>
 #include <vector>
 
 #include "SqlCursor.h"
@@ -16,6 +17,21 @@ constexpr int kInitial = 16, kNext = 17, kFreeLists = 18, kFreeListGroups = 19, 
               kPieceSize = 52, kGbpCache = 53, kParallel = 55, kIndexOrganized = 73;
 
 using A = EOptionArgument;
+
+COptionValue Number(int code, long number) {
+    COptionValue value;
+    value.code = code;
+    value.number = number;
+    return value;
+}
+
+COptionValue Text(int code, std::string text) {
+    COptionValue value;
+    value.code = code;
+    value.isText = true;
+    value.text = std::move(text);
+    return value;
+}
 
 }  // namespace
 
@@ -80,7 +96,7 @@ const COptionKeyword kStorageOptions[] = {
     {nullptr, 0, A::On},
 };
 
-bool ReadOption(CSqlCursor& cursor, const COptionKeyword* options, COptionTarget& target) {
+bool ReadOption(CSqlCursor& cursor, const COptionKeyword* options, COptionList& read) {
     const std::size_t start = cursor.Position();
     for (const COptionKeyword* option = options; option->words; ++option) {
         cursor.Seek(start);
@@ -92,14 +108,14 @@ bool ReadOption(CSqlCursor& cursor, const COptionKeyword* options, COptionTarget
         switch (option->argument) {
             case A::Number:
                 if (!cursor.ReadNumber(number)) break;
-                target.Number(option->code, number);
+                read.push_back(Number(option->code, number));
                 return true;
             case A::OptionalNumber:
                 if (!cursor.ReadNumber(number)) number = 0;
-                target.Number(option->code, number);
+                read.push_back(Number(option->code, number));
                 return true;
             case A::Name:
-                target.Text(option->code, cursor.ReadName().Name());
+                read.push_back(Text(option->code, cursor.ReadName().Name()));
                 return true;
             case A::Word:
             case A::UpperWord: {
@@ -108,14 +124,14 @@ bool ReadOption(CSqlCursor& cursor, const COptionKeyword* options, COptionTarget
                 std::string text = word->text;
                 if (option->argument == A::UpperWord)
                     for (char& ch : text) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
-                target.Text(option->code, text);
+                read.push_back(Text(option->code, std::move(text)));
                 return true;
             }
             case A::On:
-                target.Number(option->code, 1);
+                read.push_back(Number(option->code, 1));
                 return true;
             case A::Off:
-                target.Number(option->code, 0);
+                read.push_back(Number(option->code, 0));
                 return true;
         }
     }
