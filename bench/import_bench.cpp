@@ -1,8 +1,12 @@
 // Imports a generated script of N tables through vrnmodel's importer and
 // saves the model, timing the whole job:
-//   import_bench TABLES MODEL_FILE
-// Prints one line of name=value figures. bench/run prints the time per table
+//   import_bench TABLES MODEL_FILE [PLATFORM]
+// PLATFORM is a platform name (oracle, the default; sqlserver for T-SQL).
+// Prints one line of name=value figures, with the time and memory of
+// reading and parsing the script alone. bench/run prints the time per table
 // at each size, so that growth faster than the script shows.
+#include <sys/resource.h>
+
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -12,6 +16,8 @@
 #include <VrnIntf.h>
 
 #include "DdlImporter.h"
+#include "DdlParser.h"
+#include "Dialect.h"
 #include "ImportReport.h"
 #include "SqlScript.h"
 
@@ -36,35 +42,57 @@ std::string GeneratedScript(long tables) {
     return script;
 }
 
+// Reads and parses the script as the importer does, statement by
+// statement, without a model; the number of statements read.
+long ReadAndParse(const std::string& script, const CDialect& dialect) {
+    std::vector<std::string> unresolved;
+    long statements = 0;
+    ForEachStatement(PrepareScriptText(script, {}, unresolved), dialect.EndsStatementsAtNextStart(),
+                     [&](const CSqlStatement& statement, const std::string& source) {
+                         statements += ParseStatement(statement, source).line > 0 ? 1 : 0;
+                     });
+    return statements;
+}
+
+long PeakKib() {
+    rusage usage {};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: import_bench TABLES MODEL_FILE\n");
+    const CPlatformInfo* platform = FindPlatformByName(argc > 3 ? argv[3] : "oracle");
+    if ((argc != 3 && argc != 4) || !platform) {
+        std::fprintf(stderr, "usage: import_bench TABLES MODEL_FILE [PLATFORM]\n");
         return 2;
     }
+    const CDialect dialect = DialectOfPlatform(platform->code, false);
     const long tables = std::strtol(argv[1], nullptr, 10);
     const std::string script = GeneratedScript(tables);
+    // The memory that reading and parsing take beyond the script itself:
+    // measured first, in a process that holds nothing else yet.
+    const long before = PeakKib();
+    if (ReadAndParse(script, dialect) == 0) return 1;
+    const long readingKib = PeakKib() - before;
+
     const auto start = std::chrono::steady_clock::now();
     CVrnAPI builder;
-    builder.Initialize(47, nullptr);
+    builder.Initialize(platform->code, nullptr);
     CImportReport report;
     CDdlImporter importer(builder, report);
-    importer.ImportScript("generated.sql", script);
+    importer.ImportScript("generated.sql", script, &dialect);
     importer.Finish();
     builder.SaveToFile(argv[2]);
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     const bool saved = *builder.GetVrnFile()->GetLastError() == '\0';
-    // Reading alone: the script cut into statements of tokens, as the
-    // importer does before it applies them; timed after the import, so that
-    // both run on memory the process already has.
+    // Reading and parsing alone, timed after the import, so that both run
+    // on memory the process already has.
     const auto readStart = std::chrono::steady_clock::now();
-    {
-        std::vector<std::string> unresolved;
-        const CSqlScript statements = SplitScript(PrepareScriptText(script, {}, unresolved));
-        if (statements.statements.empty()) return 1;
-    }
+    if (ReadAndParse(script, dialect) == 0) return 1;
     const double reading = std::chrono::duration<double>(std::chrono::steady_clock::now() - readStart).count();
-    std::printf("tables=%ld script_bytes=%zu seconds=%.3f reading=%.3f\n", tables, script.size(), seconds, reading);
+    std::printf("tables=%ld script_bytes=%zu seconds=%.3f reading=%.3f reading_kib=%ld dialect=%s\n", tables,
+                script.size(), seconds, reading, readingKib, dialect.Name());
     return saved ? 0 : 1;
 }

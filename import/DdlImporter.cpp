@@ -54,8 +54,10 @@ void CDdlImporter::ImportScript(const std::string& sourceName, const std::string
     for (const std::string& tag : unresolved)
         m_report.warnings.push_back(sourceName + ": template tag &$" + tag + ". replaced by its name " + tag);
     const CDialect chosen = dialect ? *dialect : DialectOfPlatform(m_builder.GetDbType(), false);
-    const CSqlScript script = SplitScript(prepared, chosen.EndsStatementsAtNextStart());
-    for (const CSqlStatement& statement : script.statements) Apply(ParseStatement(statement, script.source), sourceName);
+    ForEachStatement(prepared, chosen.EndsStatementsAtNextStart(),
+                     [&](const CSqlStatement& statement, const std::string& source) {
+                         Apply(ParseStatement(statement, source), sourceName);
+                     });
 }
 
 void CDdlImporter::Apply(CStatementDecl statement, const std::string& source) {

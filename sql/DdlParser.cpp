@@ -756,9 +756,10 @@ CStatementDecl ParseStatement(const CSqlStatement& statement, const std::string&
 
 std::vector<CStatementDecl> ParseScript(const std::string& text, const CDialect& dialect) {
     std::vector<std::string> unresolved;
-    const CSqlScript script = SplitScript(PrepareScriptText(text, {}, unresolved), dialect.EndsStatementsAtNextStart());
     std::vector<CStatementDecl> statements;
-    statements.reserve(script.statements.size());
-    for (const CSqlStatement& statement : script.statements) statements.push_back(ParseStatement(statement, script.source));
+    ForEachStatement(PrepareScriptText(text, {}, unresolved), dialect.EndsStatementsAtNextStart(),
+                     [&](const CSqlStatement& statement, const std::string& source) {
+                         statements.push_back(ParseStatement(statement, source));
+                     });
     return statements;
 }

@@ -1,6 +1,8 @@
 #include "SqlLexer.h"
 
+#include <algorithm>
 #include <cctype>
+#include <cstring>
 
 #include <VrnIntf.h>
 
@@ -30,13 +32,15 @@ std::size_t ReadQuoted(const std::string& text, std::size_t at, char close, std:
 
 }  // namespace
 
-bool CToken::IsWord(const char* word) const { return kind == CTokenKind::Word && AfxCompareNoCase(text.c_str(), word) == 0; }
+// Most words asked about differ in length from the token: that is looked at first.
+bool CToken::IsWord(const char* word) const {
+    return kind == CTokenKind::Word && text.size() == std::strlen(word) && AfxCompareNoCase(text.c_str(), word) == 0;
+}
 
-std::vector<CToken> Tokenize(const std::string& text) {
-    std::vector<CToken> tokens;
-    int line = 1;
-    int lastLine = 0;
-    std::size_t i = 0;
+bool CLexer::Read(CToken& token) {
+    const std::string& text = m_text;
+    std::size_t& i = m_at;
+    int& line = m_line;
     while (i < text.size()) {
         const unsigned char ch = static_cast<unsigned char>(text[i]);
         if (ch == '\n') {
@@ -62,10 +66,10 @@ std::vector<CToken> Tokenize(const std::string& text) {
             continue;
         }
 
-        CToken token;
+        token = CToken();
         token.begin = i;
         token.line = line;
-        token.firstOnLine = line != lastLine;
+        token.firstOnLine = line != m_lastLine;
         if ((ch == 'N' || ch == 'n') && i + 1 < text.size() && text[i + 1] == '\'') {
             token.kind = CTokenKind::String;
             i = ReadQuoted(text, i + 1, '\'', token.text, line);
@@ -85,21 +89,39 @@ std::vector<CToken> Tokenize(const std::string& text) {
             }
             // A size such as 64K or 10M stays one token.
             while (i < text.size() && std::isalpha(static_cast<unsigned char>(text[i]))) ++i;
-            token.text = text.substr(token.begin, i - token.begin);
+            token.text.assign(text, token.begin, i - token.begin);
         } else if (IsWordStart(ch)) {
             token.kind = CTokenKind::Word;
             while (i < text.size() && IsWordPart(static_cast<unsigned char>(text[i]))) ++i;
-            token.text = text.substr(token.begin, i - token.begin);
+            token.text.assign(text, token.begin, i - token.begin);
         } else {
             token.kind = CTokenKind::Symbol;
-            token.text = std::string(1, static_cast<char>(ch));
+            token.text.assign(1, static_cast<char>(ch));
             ++i;
         }
         token.end = i;
-        if (!tokens.empty() && tokens.back().line != token.line) tokens.back().lastOnLine = true;
-        lastLine = line;
-        tokens.push_back(std::move(token));
+        m_lastLine = line;
+        return true;
     }
-    if (!tokens.empty()) tokens.back().lastOnLine = true;
+    return false;
+}
+
+bool CLexer::Next(CToken& token) {
+    if (!m_started) {
+        m_started = true;
+        m_haveAhead = Read(m_ahead);
+    }
+    if (!m_haveAhead) return false;
+    token = std::move(m_ahead);
+    m_haveAhead = Read(m_ahead);
+    // The last token of the text ends its line too.
+    token.lastOnLine = !m_haveAhead || m_ahead.line != token.line;
+    return true;
+}
+
+std::vector<CToken> Tokenize(const std::string& text) {
+    std::vector<CToken> tokens;
+    CLexer lexer(text);
+    for (CToken token; lexer.Next(token);) tokens.push_back(std::move(token));
     return tokens;
 }

@@ -25,4 +25,26 @@ struct CToken {
     bool IsName() const { return kind == CTokenKind::Word || kind == CTokenKind::QuotedIdent; }
 };
 
+// Reads the tokens of a text one at a time, so that a script's statements
+// can be cut without holding the tokens of the whole script. The text must
+// outlive the lexer.
+class CLexer {
+public:
+    explicit CLexer(const std::string& text) : m_text(text) {}
+    // The next token; false at the end of the text.
+    bool Next(CToken& token);
+
+private:
+    // Reads one token after the current one, to know whether that one ends its line.
+    bool Read(CToken& token);
+
+    const std::string& m_text;
+    std::size_t m_at = 0;
+    int m_line = 1;
+    int m_lastLine = 0;
+    CToken m_ahead;
+    bool m_haveAhead = false;
+    bool m_started = false;
+};
+
 std::vector<CToken> Tokenize(const std::string& text);

@@ -6,6 +6,7 @@
 // by their BEGIN ... END. A line holding only "~" also ends a statement.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -31,8 +32,15 @@ struct CSqlScript {
 std::string PrepareScriptText(const std::string& text, const std::vector<std::pair<std::string, std::string>>& tags,
                               std::vector<std::string>& unresolvedTags);
 
+using CStatementSink = std::function<void(const CSqlStatement& statement, const std::string& source)>;
+
+// Cuts a script into statements and hands each to `each` as soon as it is
+// cut, with the text its tokens point into; only one statement's tokens are
+// held at a time, so a large script costs little more memory than its text.
 // `transactSql`: the script is T-SQL, where a statement also ends where the
 // next one starts on a new line, with or without GO batches. A script with
 // no terminator at all is read that way too: as one statement it would be
 // lost without a word.
+void ForEachStatement(const std::string& text, bool transactSql, const CStatementSink& each);
+// Every statement of a script at once, as ForEachStatement cuts them.
 CSqlScript SplitScript(const std::string& text, bool transactSql = false);
