@@ -40,6 +40,14 @@ void ApplyOptions(const COptionList& options, SetNumber number, SetText text) {
     }
 }
 
+bool HasColumnNamed(CVrnApiEntity* entity, const std::string& name) {
+    if (!entity) return false;
+    auto& columns = entity->GetAttrPtrList();
+    for (POSITION pos = columns.GetHeadPosition(); pos;)
+        if (name == columns.GetNext(pos)->GetColumnName()) return true;
+    return false;
+}
+
 }  // namespace
 
 unsigned long CDdlImporter::FindTable(const CQualifiedName& name) {
@@ -179,11 +187,19 @@ void CDdlImporter::ApplyElements(unsigned long entity, const std::vector<CTableE
 }
 
 bool CDdlImporter::ApplyColumn(unsigned long entity, const CColumnDecl& column, const std::string& where) {
+    // The builder takes a second column of a name; a script's server would
+    // refuse it. Names are compared exactly: quoted names that differ in
+    // case only ("TEST", "test") are different columns. Tables have at most
+    // about a thousand columns, so the scan stays small.
+    if (HasColumnNamed(m_builder.GetEntityPtr(entity), column.name)) {
+        Warn(where, "column " + column.name + " appears twice in its table: the second is skipped");
+        return false;
+    }
     const int nullOption = column.nullOption >= 0 ? column.nullOption : m_builder.GetNullableDefault();
     const unsigned long attribute = m_builder.AddAttribute(entity, column.name.c_str(), NameOrNull(column.datatype),
                                                            column.width, column.scale, nullOption, 0);
     if (!attribute) {
-        Warn(where, "column " + column.name + " not added: its table already has it, or the name is empty");
+        Warn(where, "column " + column.name + " not added");
         return false;
     }
     m_report.Count("columns");

@@ -80,7 +80,8 @@ private:
     bool CreateTable();
     std::vector<CTableElement> Elements();
     bool TableElement(std::vector<CTableElement>& elements);
-    CColumnDecl Column(const std::string& name);
+    // `inAlter`: the column of an ALTER TABLE, where the next ADD starts the next addition.
+    CColumnDecl Column(const std::string& name, bool inAlter = false);
     bool TableConstraint(const std::string& name, CConstraintDecl& constraint);
     void References(CForeignKeyDecl& reference);
     void TableOptions(CTableDecl& table);
@@ -245,7 +246,7 @@ bool CStatementParser::TableElement(std::vector<CTableElement>& elements) {
 }
 
 // A column's type and everything after it, up to the next element.
-CColumnDecl CStatementParser::Column(const std::string& name) {
+CColumnDecl CStatementParser::Column(const std::string& name, bool inAlter) {
     CSqlCursor& cursor = m_cursor;
     CColumnDecl column;
     column.name = name;
@@ -274,7 +275,7 @@ CColumnDecl CStatementParser::Column(const std::string& name) {
     // Inline constraints are applied keys first, then checks, then the reference.
     std::vector<CConstraintDecl> keys, checks, references;
     std::string constraintName;
-    while (!cursor.AtEnd() && !cursor.IsSymbol(',') && !cursor.IsSymbol(')')) {
+    while (!cursor.AtEnd() && !cursor.IsSymbol(',') && !cursor.IsSymbol(')') && !(inAlter && cursor.IsWord("ADD"))) {
         if (cursor.AcceptWord("CONSTRAINT")) {
             constraintName = cursor.ReadName().Name();
         } else if (cursor.AcceptWords({"NOT", "NULL"})) {
@@ -566,7 +567,7 @@ bool CStatementParser::AlterTable() {
                     if (cursor.IsWord("AS") || cursor.IsWord("COMPUTED"))
                         Warn("computed column " + column + " skipped");
                     else
-                        alter.additions.emplace_back(Column(column));
+                        alter.additions.emplace_back(Column(column, true));
                 }
             }
             // Constraint states (RELY, ENABLE, VALIDATE, USING INDEX ...) up to the next element.

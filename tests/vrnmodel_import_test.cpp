@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 
 #include "CommandLineTest.h"
 #include "DdlImporter.h"
@@ -104,7 +105,55 @@ TEST_F(ImportTest, EverySampleYieldsWhatItDeclares) {
         EXPECT_EQ(Scalar("SELECT (SELECT count(*) FROM Attribute WHERE rule_id <> 0 OR default_id <> 0) + "
                          "(SELECT count(*) FROM UserDatatype WHERE rule_id <> 0 OR default_id <> 0)"),
                   std::to_string(c.bindings));
+        // Every statement read is applied or skipped, and each skipped one has its place.
+        int skipped = 0;
+        for (const auto& [kind, count] : m_report.skipped) {
+            skipped += count;
+            EXPECT_EQ(m_report.skippedAt.at(kind).size(), static_cast<std::size_t>(count)) << kind;
+        }
+        EXPECT_GT(m_report.applied, 0);
+        EXPECT_EQ(m_report.statements, m_report.applied + skipped);
     }
+}
+
+// What the model has no place for is counted by its kind with its place,
+// client commands included; what fails inside a statement that is applied
+// is a warning with the statement's line.
+TEST_F(ImportTest, EveryStatementIsAppliedOrSkippedWithItsPlace) {
+    const std::string script =
+        "SET ECHO OFF\n"
+        "SPOOL create.log\n"
+        "CREATE TABLE t (a NUMBER(10) PRIMARY KEY, a NUMBER(10));\n"
+        "GRANT SELECT ON t TO public;\n"
+        "ALTER TABLE t DROP COLUMN b;\n"
+        "CREATE INDEX ix_lower ON t (lower(a));\n"
+        "ALTER TABLE nowhere ADD CONSTRAINT fk FOREIGN KEY (a) REFERENCES t (a);\n"
+        "COMMENT ON COLUMN t.missing IS 'no such column';\n"
+        "CREATE SEQUENCE s;\n"
+        "SPOOL OFF\n";
+    ImportText(47, script);
+    const std::string place = m_dir.File("script.sql") + ":";
+    EXPECT_EQ(m_report.statements, 10);
+    EXPECT_EQ(m_report.applied, 1);  // the table
+    const std::map<std::string, std::vector<std::string>> expected = {
+        {"SET", {place + "1"}},
+        {"SPOOL", {place + "2", place + "10"}},
+        {"GRANT", {place + "4"}},
+        {"ALTER TABLE", {place + "5", place + "7"}},
+        {"CREATE INDEX", {place + "6"}},
+        {"COMMENT ON", {place + "8"}},
+        {"CREATE SEQUENCE", {place + "9"}},
+    };
+    EXPECT_EQ(m_report.skippedAt, expected);
+    const std::vector<std::string> warnings = {
+        place + "3: column a appears twice in its table: the second is skipped",
+        place + "6: index ix_lower on t skipped: it indexes the expression lower(a), and a model keeps indexes on "
+                "columns only",
+        place + "8: comment on column missing, which t does not have, skipped",
+        place + "7: ALTER TABLE of unknown table nowhere skipped",
+    };
+    EXPECT_EQ(m_report.warnings, warnings);
+    EXPECT_EQ(m_reader->Count("Attribute"), 1);
 }
 
 TEST_F(ImportTest, ScriptsOfTheDb2CommandLineWithTheirOwnTerminator) {
@@ -325,6 +374,9 @@ TEST_F(CommandLineTest, ImportsAScriptAndShowsTheModel) {
     ASSERT_EQ(Run("import " + m_dir.File("s.sql") + " -o " + model + " --platform sqlserver"), 0) << Err();
     EXPECT_NE(Out().find("The model holds:\n  1 table\n  2 columns\n  1 primary key\n"), std::string::npos) << Out();
     EXPECT_NE(Out().find("1 INSERT"), std::string::npos) << Out();
+    EXPECT_NE(Out().find("2 statements (1 applied, 1 skipped) in "), std::string::npos) << Out();
+    ASSERT_EQ(Run("import " + m_dir.File("s.sql") + " -o " + model + " --platform sqlserver --verbose"), 0) << Err();
+    EXPECT_NE(Out().find("1 INSERT at " + m_dir.File("s.sql") + ":2\n"), std::string::npos) << Out();
     ASSERT_EQ(Run("show " + model), 0) << Err();
     EXPECT_NE(Out().find("Table t"), std::string::npos) << Out();
     EXPECT_NE(Out().find("b  varchar(10)  NOT NULL"), std::string::npos) << Out();  // SQL Server 2000: NOT NULL unless said
