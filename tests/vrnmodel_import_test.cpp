@@ -156,6 +156,36 @@ TEST_F(ImportTest, EveryStatementIsAppliedOrSkippedWithItsPlace) {
     EXPECT_EQ(m_reader->Count("Attribute"), 1);
 }
 
+// Four times the script gives four times everything: statements are cut
+// and applied one at a time, and nothing is lost or counted twice at scale.
+TEST_F(ImportTest, FourTimesTheScriptGivesFourTimesTheCounts) {
+    auto script = [](int tables) {
+        std::string text;
+        for (int t = 0; t < tables; ++t) {
+            const std::string name = "t" + std::to_string(t);
+            text += "CREATE TABLE " + name + " (id INT NOT NULL, parent_id INT, note VARCHAR(20),\n"
+                    "  CONSTRAINT pk_" + name + " PRIMARY KEY (id));\n"
+                    "CREATE INDEX ix_" + name + " ON " + name + " (note);\n"
+                    "ALTER TABLE " + name + " ADD CONSTRAINT fk_" + name + " FOREIGN KEY (parent_id) REFERENCES " +
+                    name + " (id);\nGRANT SELECT ON " + name + " TO public;\n";
+        }
+        return text;
+    };
+    ImportText(47, script(50));
+    const CImportReport small = m_report;
+    const int smallColumns = m_reader->Count("Attribute"), smallKeys = m_reader->Count("ForeignKey");
+    m_report = CImportReport();
+    ImportText(47, script(200));
+    EXPECT_EQ(m_report.statements, 4 * small.statements);
+    EXPECT_EQ(m_report.applied, 4 * small.applied);
+    EXPECT_EQ(m_report.skipped.at("GRANT"), 4 * small.skipped.at("GRANT"));
+    EXPECT_EQ(m_report.imported, (std::map<std::string, int>{{"tables", 200}, {"columns", 600}, {"primary keys", 200},
+                                                             {"indexes", 200}, {"foreign keys", 200}}));
+    EXPECT_EQ(m_reader->Count("Attribute"), 4 * smallColumns);
+    EXPECT_EQ(m_reader->Count("ForeignKey"), 4 * smallKeys);
+    EXPECT_TRUE(m_report.warnings.empty());
+}
+
 TEST_F(ImportTest, ScriptsOfTheDb2CommandLineWithTheirOwnTerminator) {
     CModelFileReader& reader = ImportText(44,
                                           "--#SET TERMINATOR @\n"
