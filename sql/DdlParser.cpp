@@ -39,10 +39,11 @@ std::string ReadTypeName(CSqlCursor& cursor) {
     CQualifiedName qualified = cursor.ReadName();
     std::string name = qualified.Name();
     const std::string upper = Upper(name);
+    // A name of several words is spelled in upper case, as one name.
     auto extend = [&](std::initializer_list<const char*> words) {
         for (const char* word : words) {
             if (!cursor.IsWord(word)) continue;
-            name += " " + Upper(cursor.Next()->text);
+            name = Upper(name) + " " + Upper(cursor.Next()->text);
             return true;
         }
         return false;
@@ -60,6 +61,20 @@ std::string ReadTypeName(CSqlCursor& cursor) {
         name = "BLOB";
     }
     return name;
+}
+
+// A length as a column's type gives it: a number, or a large object's
+// length with K, M or G (CLOB(1M) is 1048576 long), at most 2^31 - 1.
+long Length(const std::string& text) {
+    char* unit = nullptr;
+    double length = std::strtod(text.c_str(), &unit);
+    switch (unit && *unit ? std::toupper(static_cast<unsigned char>(*unit)) : 0) {
+        case 'K': length *= 1024; break;
+        case 'M': length *= 1024.0 * 1024; break;
+        case 'G': length *= 1024.0 * 1024 * 1024; break;
+        default: break;
+    }
+    return length > 2147483647.0 ? 2147483647L : static_cast<long>(length);
 }
 
 // The whole statement's text, from its first token to its last.
@@ -260,7 +275,7 @@ CColumnDecl CStatementParser::Column(const std::string& name, bool inAlter) {
                 if (token->IsSymbol(',')) {
                     ++position;
                 } else if (token->kind == CTokenKind::Number) {
-                    (position == 0 ? column.width : column.scale) = std::strtol(token->text.c_str(), nullptr, 10);
+                    (position == 0 ? column.width : column.scale) = Length(token->text);
                 } else if (token->IsWord("MAX")) {
                     column.width = 2147483647;
                 }
@@ -272,7 +287,8 @@ CColumnDecl CStatementParser::Column(const std::string& name, bool inAlter) {
         cursor.AcceptWord("UNSIGNED");
     }
 
-    // Inline constraints are applied keys first, then checks, then the reference.
+    // Inline constraints are applied keys first, then checks, then the
+    // reference. A CONSTRAINT name names the one constraint that follows it.
     std::vector<CConstraintDecl> keys, checks, references;
     std::string constraintName;
     while (!cursor.AtEnd() && !cursor.IsSymbol(',') && !cursor.IsSymbol(')') && !(inAlter && cursor.IsWord("ADD"))) {
@@ -280,6 +296,7 @@ CColumnDecl CStatementParser::Column(const std::string& name, bool inAlter) {
             constraintName = cursor.ReadName().Name();
         } else if (cursor.AcceptWords({"NOT", "NULL"})) {
             column.nullOption = 0;
+            constraintName.clear();  // a named NOT NULL (Oracle) names no key or check
         } else if (cursor.AcceptWord("NULL")) {
             column.nullOption = 1;
         } else if (cursor.AcceptWords({"NOT", "LOGGED"})) {
@@ -288,10 +305,9 @@ CColumnDecl CStatementParser::Column(const std::string& name, bool inAlter) {
             CConstraintDecl key;
             key.kind = cursor.AcceptWord("UNIQUE") ? EConstraintKind::Unique : EConstraintKind::PrimaryKey;
             if (key.kind == EConstraintKind::PrimaryKey) cursor.AcceptWords({"PRIMARY", "KEY"});
-            key.name = constraintName;
+            key.name = std::exchange(constraintName, std::string());
             key.columns = {name};
-            // A unique column is never the table's clustering key: only its primary key may be.
-            key.clustered = cursor.AcceptWord("CLUSTERED") && key.kind == EConstraintKind::PrimaryKey;
+            key.clustered = cursor.AcceptWord("CLUSTERED");
             cursor.AcceptWord("NONCLUSTERED");
             // Saying PRIMARY KEY (or UNIQUE) twice of one column makes one key.
             bool seen = false;
@@ -300,13 +316,14 @@ CColumnDecl CStatementParser::Column(const std::string& name, bool inAlter) {
         } else if (cursor.IsWord("REFERENCES")) {
             CConstraintDecl reference;
             reference.kind = EConstraintKind::ForeignKey;
-            reference.reference.name = constraintName;
+            reference.name = constraintName;
+            reference.reference.name = std::exchange(constraintName, std::string());
             reference.reference.childColumns = {name};
             References(reference.reference);
             references.assign(1, std::move(reference));
         } else if (cursor.AcceptWord("CHECK")) {
             CConstraintDecl check;
-            check.name = constraintName;
+            check.name = std::exchange(constraintName, std::string());
             check.column = name;
             check.checkText = cursor.ReadParenthesized();
             checks.push_back(std::move(check));
@@ -388,7 +405,11 @@ bool CStatementParser::TableConstraint(const std::string& name, CConstraintDecl&
 void CStatementParser::TableOptions(CTableDecl& table) {
     CSqlCursor& cursor = m_cursor;
     while (!cursor.AtEnd()) {
-        if (cursor.AcceptWord("TABLESPACE") || cursor.AcceptWord("ON") || cursor.AcceptWord("IN")) {
+        if (cursor.AcceptWords({"INDEX", "IN"}) || cursor.AcceptWords({"LONG", "IN"})) {
+            // DB2's spaces for a table's indexes and large objects: the model
+            // keeps one storage space a table, the one its rows are in.
+            cursor.ReadName();
+        } else if (cursor.AcceptWord("TABLESPACE") || cursor.AcceptWord("ON") || cursor.AcceptWord("IN")) {
             const CQualifiedName space = cursor.ReadName();
             std::string text;
             for (const std::string& part : space.parts) text += (text.empty() ? "" : ".") + part;
@@ -484,11 +505,6 @@ bool CStatementParser::CreateIndex() {
     }
     cursor.Seek(listStart);
     cursor.ReadColumnList(index.columns, &index.descending);
-    if (cursor.IsWord("WHERE")) {
-        const std::size_t from = cursor.Position();
-        while (!cursor.AtEnd()) cursor.SkipItem();
-        index.condition = cursor.SourceText(from, cursor.Position());
-    }
     IndexOptions(index);
     m_result.declaration = std::move(index);
     return true;
@@ -521,7 +537,15 @@ std::string CStatementParser::IndexExpression() {
 void CStatementParser::IndexOptions(CIndexDecl& index) {
     CSqlCursor& cursor = m_cursor;
     while (!cursor.AtEnd()) {
-        if (cursor.AcceptWord("TABLESPACE") || cursor.AcceptWord("ON")) {
+        if (cursor.IsWord("WHERE")) {
+            // A partial index's condition, which runs to the next option (T-SQL puts WITH and ON after it).
+            const std::size_t from = cursor.Position();
+            cursor.Skip();
+            cursor.ReadUntil([](const CToken& token) {
+                return token.IsWord("ON") || token.IsWord("WITH") || token.IsWord("INCLUDE") || token.IsWord("TABLESPACE");
+            });
+            index.condition = cursor.SourceText(from, cursor.Position());
+        } else if (cursor.AcceptWord("TABLESPACE") || cursor.AcceptWord("ON")) {
             index.storageSpace = cursor.ReadName().Name();
         } else if (cursor.AcceptWord("STORAGE")) {
             StorageClause(index.options);

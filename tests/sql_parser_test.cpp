@@ -156,6 +156,14 @@ TEST(CreateTableColumns, WidthScaleAndMax) {
     EXPECT_EQ(ColumnAt(table, 3).datatype, "varbinary");
 }
 
+TEST(CreateTableColumns, MultiWordTypesAreSpelledInUpperCaseWhateverTheScriptSays) {
+    const CTableDecl table = Declared<CTableDecl>("create table t (a double precision, b character varying(5), c int)");
+    ASSERT_EQ(table.elements.size(), 3u);
+    EXPECT_EQ(ColumnAt(table, 0).datatype, "DOUBLE PRECISION");
+    EXPECT_EQ(ColumnAt(table, 1).datatype, "CHARACTER VARYING");
+    EXPECT_EQ(ColumnAt(table, 2).datatype, "int");  // one word stays as written
+}
+
 TEST(CreateTableColumns, LobLengthsWithAUnitAreCountedInThatUnit) {
     // DB2 spells large object lengths with K, M or G: 1M is 1048576, not 1.
     const CTableDecl table = Declared<CTableDecl>("CREATE TABLE docs (body CLOB(1M), image BLOB(64K))");
@@ -275,7 +283,9 @@ TEST(ColumnConstraints, UniqueAndPrimaryKeyKeepTheOrderWritten) {
     EXPECT_EQ(column.constraints[2].kind, EConstraintKind::Check);
 }
 
-TEST(ColumnConstraints, OnlyAPrimaryKeyIsClustered) {
+// T-SQL clusters a table on a unique constraint as well as on its primary
+// key, written on the column or for the table alike.
+TEST(ColumnConstraints, ClusteredIsKeptForPrimaryAndUniqueColumnsAlike) {
     const CTableDecl table = Declared<CTableDecl>(
         "CREATE TABLE c (a INT PRIMARY KEY CLUSTERED, b INT UNIQUE CLUSTERED, c INT PRIMARY KEY NONCLUSTERED)",
         "sqlserver");
@@ -283,7 +293,7 @@ TEST(ColumnConstraints, OnlyAPrimaryKeyIsClustered) {
     for (std::size_t i = 0; i < 3; ++i) ASSERT_EQ(ColumnAt(table, i).constraints.size(), 1u) << i;
     EXPECT_TRUE(ColumnAt(table, 0).constraints[0].clustered);
     EXPECT_EQ(ColumnAt(table, 1).constraints[0].kind, EConstraintKind::Unique);
-    EXPECT_FALSE(ColumnAt(table, 1).constraints[0].clustered);
+    EXPECT_TRUE(ColumnAt(table, 1).constraints[0].clustered);
     EXPECT_FALSE(ColumnAt(table, 2).constraints[0].clustered);
 }
 
@@ -311,6 +321,14 @@ TEST(ColumnConstraints, NamedConstraintsKeepTheirNames) {
     ASSERT_EQ(column.constraints.size(), 2u);
     EXPECT_EQ(column.constraints[0].name, "pk_q");
     EXPECT_EQ(column.constraints[1].name, "ck_q");
+}
+
+TEST(ColumnConstraints, ANamedNotNullNamesNothingAfterIt) {
+    const CColumnDecl column = SingleColumn("code CHAR(2) CONSTRAINT nn_code NOT NULL UNIQUE");
+    EXPECT_EQ(column.nullOption, 0);
+    ASSERT_EQ(column.constraints.size(), 1u);
+    EXPECT_EQ(column.constraints[0].kind, EConstraintKind::Unique);
+    EXPECT_EQ(column.constraints[0].name, "");
 }
 
 TEST(ColumnConstraints, AConstraintNameBelongsToTheConstraintItPrecedesOnly) {
