@@ -85,8 +85,8 @@ const COptionKeyword kPartitionOptions[] = {
 };
 
 const COptionKeyword kStorageOptions[] = {
-    {"INITIAL", kInitial, A::Number},
-    {"NEXT", kNext, A::Number},
+    {"INITIAL", kInitial, A::Bytes},
+    {"NEXT", kNext, A::Bytes},
     {"MINEXTENTS", kMinExtents, A::Number},
     {"MAXEXTENTS", kMaxExtents, A::Number},
     {"PCTINCREASE", kPctIncrease, A::Number},
@@ -110,6 +110,16 @@ bool ReadOption(CSqlCursor& cursor, const COptionKeyword* options, COptionList& 
                 if (!cursor.ReadNumber(number)) break;
                 read.push_back(Number(option->code, number));
                 return true;
+            case A::Bytes: {
+                const CToken* size = cursor.Peek();
+                const bool inBytes = size && size->kind == CTokenKind::Number &&
+                                     std::isdigit(static_cast<unsigned char>(size->text.back()));
+                if (!cursor.ReadNumber(number)) break;
+                // Rounded up: a size of a few bytes is not none.
+                if (inBytes) number = number / 1024 + (number % 1024 != 0 ? 1 : 0);
+                read.push_back(Number(option->code, number));
+                return true;
+            }
             case A::OptionalNumber:
                 if (!cursor.ReadNumber(number)) number = 0;
                 read.push_back(Number(option->code, number));

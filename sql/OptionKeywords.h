@@ -12,6 +12,7 @@
 
 enum class EOptionArgument {
     Number,          // a number; sizes with K, M or G in kilobytes; UNLIMITED
+    Bytes,           // a size in bytes, or with K, M or G; kept in kilobytes (Oracle's INITIAL 65536 is 64)
     OptionalNumber,  // a number when one follows, else 0 (PARALLEL)
     Name,            // a name, as text (USING STOGROUP SG1)
     Word,            // the next word as it stands, as text (CLOSE YES, GBPCACHE ALL, PIECESIZE 2G)

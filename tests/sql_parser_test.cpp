@@ -461,6 +461,16 @@ TEST(PhysicalOptions, SizesAreInKilobytesAndParallelTakesItsDegree) {
               (Strings{Num(kLogging, 1), Num(kCache, 0), Num(kParallel, 4), Num(kInitial, 2097152), Num(kNext, 512)}));
 }
 
+// Oracle's extent sizes without a unit are bytes; DB2's space quantities
+// are kilobytes already.
+TEST(PhysicalOptions, ExtentSizesWithoutAUnitAreBytesAndQuantitiesAreKilobytes) {
+    const CTableDecl table =
+        Declared<CTableDecl>("CREATE TABLE t (id NUMBER) STORAGE (INITIAL 65536 NEXT 100 MINEXTENTS 2);", "oracle");
+    EXPECT_EQ(Describe(table.options), (Strings{Num(kInitial, 64), Num(kNext, 1), Num(kMinExtents, 2)}));
+    const CIndexDecl index = Declared<CIndexDecl>("CREATE INDEX ix ON t (id) PRIQTY 720 SECQTY 48;", "db2zos");
+    EXPECT_EQ(Describe(index.options), (Strings{Num(kInitial, 720), Num(kNext, 48)}));
+}
+
 TEST(PhysicalOptions, StorageSpaceFromTablespaceOnOrInWithQualifiedNamesJoinedByDots) {
     EXPECT_EQ(Declared<CTableDecl>("CREATE TABLE t (id INT) IN db1.ts1;").storageSpace, "db1.ts1");
     EXPECT_EQ(Declared<CTableDecl>("CREATE TABLE t (id INT) ON [PRIMARY]", "sqlserver").storageSpace, "PRIMARY");
