@@ -328,7 +328,11 @@ CColumnDecl CStatementParser::Column(const std::string& name, bool inAlter) {
             check.checkText = cursor.ReadParenthesized();
             checks.push_back(std::move(check));
         } else if (cursor.AcceptWord("DEFAULT") || cursor.AcceptWords({"WITH", "DEFAULT"})) {
-            column.defaultText = cursor.ReadUntil([](const CToken& token) { return EndsDefault(token); });
+            // DEFAULT NULL declares a default of its own; NULL after a default says the column is nullable.
+            if (cursor.IsWord("NULL"))
+                column.defaultText = cursor.Next()->text;
+            else
+                column.defaultText = cursor.ReadUntil([](const CToken& token) { return EndsDefault(token); });
         } else if (cursor.AcceptWord("IDENTITY") || cursor.AcceptWord("AUTOINCREMENT") ||
                    cursor.AcceptWord("AUTO_INCREMENT")) {
             column.properties.emplace_back(kIdentity, 0);
@@ -439,6 +443,9 @@ void CStatementParser::TablePartitions(CTableDecl& table) {
     CSqlCursor& cursor = m_cursor;
     cursor.AcceptWord("RANGE") || cursor.AcceptWord("LIST") || cursor.AcceptWord("HASH");
     cursor.ReadColumnList(table.partitionColumns);
+    // Oracle's interval partitioning: the server makes the later partitions itself.
+    if (cursor.AcceptWord("INTERVAL")) cursor.SkipItem();
+    if (cursor.AcceptWords({"STORE", "IN"})) cursor.SkipItem();
     long count = 0;
     if (cursor.AcceptWord("PARTITIONS") && cursor.ReadNumber(count) && !cursor.IsSymbol('(')) {
         // Hash partitions by number are named as the server names them: P1, P2, ...
@@ -695,6 +702,7 @@ bool CStatementParser::CreateType() {
     }
     cursor.Seek(afterName);
     if (!cursor.AcceptWord("FROM") && !cursor.AcceptWord("AS")) return false;  // other kinds of types are not datatypes
+    if (cursor.IsWord("TABLE")) return false;  // T-SQL table types are no datatype of a column
     const std::size_t from = cursor.Position();
     ReadTypeName(cursor);
     if (cursor.IsSymbol('(')) cursor.SkipItem();

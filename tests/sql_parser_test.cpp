@@ -240,6 +240,15 @@ TEST(CreateTableColumns, GeneratedExpressionIsKeptWithoutItsParentheses) {
     EXPECT_EQ(column.nullOption, 0);
 }
 
+TEST(CreateTableColumns, DefaultNullIsADefaultAndLeavesTheNullabilityUnsaid) {
+    const CTableDecl table = Declared<CTableDecl>("CREATE TABLE d (a INT DEFAULT NULL, b INT DEFAULT 0 NULL)");
+    ASSERT_EQ(table.elements.size(), 2u);
+    EXPECT_EQ(ColumnAt(table, 0).defaultText, "NULL");
+    EXPECT_EQ(ColumnAt(table, 0).nullOption, -1);
+    EXPECT_EQ(ColumnAt(table, 1).defaultText, "0");
+    EXPECT_EQ(ColumnAt(table, 1).nullOption, 1);
+}
+
 TEST(CreateTableColumns, ForBitDataIsAPropertyNotADefaultEnd) {
     const CColumnDecl column = SingleColumn("token CHAR(16) FOR BIT DATA NOT NULL");
     EXPECT_EQ(column.datatype, "CHAR");
@@ -533,6 +542,18 @@ TEST(PhysicalOptions, HashPartitionsByNumberAreNamedP1ToPn) {
     }
     EXPECT_EQ(names, (Strings{"P1", "P2", "P3", "P4"}));
     EXPECT_EQ(table.storageSpace, "");  // STORE IN (...) names no single space
+}
+
+TEST(PhysicalOptions, IntervalPartitionsKeepTheirFirstPartitions) {
+    const CTableDecl table = Declared<CTableDecl>(
+        "CREATE TABLE s (d DATE) PARTITION BY RANGE (d) INTERVAL (NUMTOYMINTERVAL(1, 'MONTH')) STORE IN (ts1)\n"
+        " (PARTITION p0 VALUES LESS THAN (DATE '2020-01-01') TABLESPACE ts0);",
+        "oracle");
+    EXPECT_EQ(table.partitionColumns, (Strings{"d"}));
+    ASSERT_EQ(table.partitions.size(), 1u);
+    EXPECT_EQ(table.partitions[0].name, "p0");
+    EXPECT_EQ(table.partitions[0].limit, "DATE '2020-01-01'");
+    EXPECT_EQ(table.partitions[0].storageSpace, "ts0");
 }
 
 TEST(PhysicalOptions, HashPartitionsByNumberStopAtTheServersLimit) {
@@ -926,6 +947,12 @@ TEST(UserTypes, FromOrAsABaseTypeWithoutItsBrackets) {
 
     const CUserTypeDecl twoWords = Declared<CUserTypeDecl>("CREATE TYPE ratio AS DOUBLE PRECISION;");
     EXPECT_EQ(twoWords.base, "DOUBLE PRECISION");
+}
+
+TEST(UserTypes, ATableTypeIsNoDatatype) {
+    const CStatementDecl statement = One("CREATE TYPE dbo.lines AS TABLE (id INT, qty INT)", "sqlserver");
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(statement.declaration));
+    EXPECT_EQ(statement.kind, "CREATE TYPE");
 }
 
 TEST(UserTypes, AnObjectTypeListsItsAttributesAsColumns) {
