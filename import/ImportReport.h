@@ -21,6 +21,11 @@ struct CImportReport {
         ++skipped[kind];
         skippedAt[kind].push_back(where);
     }
+    int SkippedTotal() const {
+        int total = 0;
+        for (const auto& entry : skipped) total += entry.second;
+        return total;
+    }
     int ImportedTotal() const {
         int total = 0;
         for (const auto& entry : imported) total += entry.second;

@@ -12,7 +12,7 @@
 enum class CTokenKind { Word, QuotedIdent, String, Number, Symbol };
 
 struct CToken {
-    CTokenKind kind;
+    CTokenKind kind = CTokenKind::Symbol;
     std::string text;  // identifiers and strings without their quotes
     std::size_t begin = 0;  // byte range in the source text
     std::size_t end = 0;

@@ -196,10 +196,8 @@ int Import(const CImportOptions& options) {
         for (const std::string& message : report.messages) std::cout << "  " << message << "\n";
     }
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    int skipped = 0;
-    for (const auto& entry : report.skipped) skipped += entry.second;
-    std::printf("%d statements (%d applied, %d skipped) in %.2f s\n", report.statements, report.applied, skipped,
-                seconds);
+    std::printf("%d statements (%d applied, %d skipped) in %.2f s\n", report.statements, report.applied,
+                report.SkippedTotal(), seconds);
     return 0;
 }
 
