@@ -1,6 +1,7 @@
 #include "Dialect.h"
 
 #include <algorithm>
+#include <cctype>
 #include <vector>
 
 namespace {
@@ -45,7 +46,63 @@ const CForeignSign kForeignSigns[] = {
     {"PostgreSQL", " OWNER TO ", "OWNER TO"},
 };
 
+// Words that stand for themselves in one dialect or another: a name spelled
+// like one of them is quoted in every dialect, which each of them accepts.
+const char* const kReservedWords[] = {
+    "ACCESS", "ADD", "ALL", "ALTER", "AND", "ANY", "AS", "ASC", "AUDIT", "BEGIN", "BETWEEN", "BY", "CASE", "CHECK",
+    "CLUSTER", "COLUMN", "COMMENT", "COMMIT", "CONNECT", "CONSTRAINT", "CREATE", "CROSS", "CURRENT", "DATABASE",
+    "DATE", "DEFAULT", "DELETE", "DESC", "DISTINCT", "DROP", "ELSE", "END", "EXEC", "EXECUTE", "EXISTS", "FILE",
+    "FOR", "FOREIGN", "FROM", "FULL", "FUNCTION", "GO", "GRANT", "GROUP", "HAVING", "IDENTITY", "IF", "IN", "INDEX",
+    "INNER", "INSERT", "INTO", "IS", "JOIN", "KEY", "LEFT", "LEVEL", "LIKE", "LOCK", "MODE", "NOT", "NULL", "NUMBER",
+    "OF", "ON", "OPTION", "OR", "ORDER", "OUTER", "PERCENT", "PLAN", "PRIMARY", "PROCEDURE", "PUBLIC", "REFERENCES",
+    "RESOURCE", "RIGHT", "ROW", "ROWID", "ROWNUM", "ROWS", "RULE", "SCHEMA", "SELECT", "SESSION", "SET", "SIZE",
+    "TABLE", "THEN", "TO", "TRIGGER", "UID", "UNION", "UNIQUE", "UPDATE", "USER", "VALUES", "VIEW", "WHEN", "WHERE",
+    "WITH",
+};
+
+bool IsReserved(const std::string& upper) {
+    for (const char* word : kReservedWords)
+        if (upper == word) return true;
+    return false;
+}
+
 }  // namespace
+
+std::string CDialect::Quote(const std::string& name) const {
+    bool plain = !name.empty() && !std::isdigit(static_cast<unsigned char>(name[0]));
+    bool upper = false, lower = false;
+    for (char ch : name) {
+        const unsigned char c = static_cast<unsigned char>(ch);
+        plain = plain && (std::isalnum(c) || c == '_');
+        upper = upper || std::isupper(c);
+        lower = lower || std::islower(c);
+    }
+    const bool foldsCase = family != EPlatformFamily::TransactSql && family != EPlatformFamily::Other;
+    if (plain && !IsReserved(UpperAscii(name)) && !(foldsCase && upper && lower)) return name;
+    const char open = family == EPlatformFamily::TransactSql ? '[' : '"';
+    const char close = family == EPlatformFamily::TransactSql ? ']' : '"';
+    std::string quoted(1, open);
+    for (char ch : name) {
+        quoted += ch;
+        if (ch == close) quoted += close;
+    }
+    return quoted + close;
+}
+
+std::string CDialect::Qualified(const std::string& owner, const std::string& name) const {
+    const std::size_t end = owner.find_last_not_of(' ');
+    if (end == std::string::npos) return Quote(name);
+    return Quote(owner.substr(0, end + 1)) + "." + Quote(name);
+}
+
+std::string CDialect::Literal(const std::string& text) {
+    std::string literal = "'";
+    for (char ch : text) {
+        literal += ch;
+        if (ch == '\'') literal += '\'';
+    }
+    return literal + "'";
+}
 
 int GuessPlatform(const std::string& text) {
     const std::string upper = UpperAscii(text);

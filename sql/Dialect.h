@@ -15,6 +15,20 @@ struct CDialect {
     const char* Name() const;
     // T-SQL: a statement also ends where the next one starts on a new line.
     bool EndsStatementsAtNextStart() const { return family == EPlatformFamily::TransactSql; }
+
+    // A name as a script of this dialect must spell it: as it stands when it
+    // is a plain identifier, else quoted ([name] in T-SQL, "name" elsewhere,
+    // with the closing quote doubled inside). A name is quoted when it holds
+    // anything but letters, digits and _ (or starts with a digit), is a
+    // reserved word, or mixes upper and lower case where the dialect folds
+    // unquoted names to upper case (Oracle, DB2); a name in one case is taken
+    // as the case-insensitive spelling it was read from.
+    std::string Quote(const std::string& name) const;
+    // owner.name, or the name alone when the owner is empty (trailing blanks
+    // of a catalog's padded owner are not part of it).
+    std::string Qualified(const std::string& owner, const std::string& name) const;
+    // A text as a string literal: 'it''s'.
+    static std::string Literal(const std::string& text);
 };
 
 // The dialect of a platform code.

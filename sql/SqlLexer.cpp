@@ -17,7 +17,7 @@ std::size_t ReadQuoted(const std::string& text, std::size_t at, char close, std:
     std::size_t i = at + 1;
     while (i < text.size()) {
         if (text[i] == close) {
-            if (i + 1 < text.size() && text[i + 1] == close && close != ']') {
+            if (i + 1 < text.size() && text[i + 1] == close) {
                 value += close;
                 i += 2;
                 continue;

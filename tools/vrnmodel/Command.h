@@ -21,6 +21,7 @@ const CCommand* FindCommand(const std::string& name);
 int RunImport(const CCommand& command, const std::vector<std::string>& args);
 int RunShow(const CCommand& command, const std::vector<std::string>& args);
 int RunDiagram(const CCommand& command, const std::vector<std::string>& args);
+int RunDdl(const CCommand& command, const std::vector<std::string>& args);
 
 // A command's arguments, taken in order.
 class CArguments {

@@ -41,6 +41,16 @@ const CCommand kCommands[] = {
      "  --tables PATTERN       only tables whose names match the shell pattern (any case)\n"
      "  --no-columns           table names only, for large models\n",
      &RunDiagram},
+    {"ddl", "vrnmodel ddl MODEL [-o OUT.sql|-] [--platform NAME|CODE] [--tables PATTERN] [--no-storage] [--no-code]",
+     "writes the DDL script that creates the model, for its platform or another",
+     "  -o, --output OUT|-     write to a file instead of standard output\n"
+     "  --platform NAME|CODE   the platform to write for (default: the model's); types are\n"
+     "                         translated, and what it cannot hold is left out with a\n"
+     "                         comment in the script and a warning\n"
+     "  --tables PATTERN       only tables whose names match the shell pattern (any case)\n"
+     "  --no-storage           no storage objects, storage spaces or partitions\n"
+     "  --no-code              no triggers, procedures or packages\n",
+     &RunDdl},
 };
 const int kCommandCount = sizeof kCommands / sizeof kCommands[0];
 
