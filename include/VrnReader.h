@@ -4,9 +4,11 @@
 //   std::string error;
 //   if (!ReadModelFile("sales.vrn", model, error)) ...;
 //   for (const CModelTable& table : model.tables) ...
+//   for (const CModelChange& change : CompareModels(model, other)) ...
 //
 // Link with the CMake target VrnIntf::vrnreader.
 #pragma once
 
+#include "reader/ModelCompare.h"
 #include "reader/ModelReader.h"
 #include "reader/TypeNames.h"
