@@ -203,6 +203,14 @@ bool CDdlImporter::ApplyColumn(unsigned long entity, const CColumnDecl& column, 
         return false;
     }
     m_report.Count("columns");
+    if (!column.datatype.empty()) {
+        // The builder takes a type it has no code for as CHAR(10), owner qualifier dropped.
+        const std::size_t dot = column.datatype.rfind('.');
+        const std::string type = dot == std::string::npos || dot == 0 ? column.datatype : column.datatype.substr(dot + 1);
+        if (!m_builder.GetORVDatatype(type.c_str()) && !m_builder.FindUserType(type.c_str()))
+            Warn(where, "column " + column.name + ": type " + column.datatype +
+                            " has no datatype code on this platform; the model keeps it as CHAR(10)");
+    }
     if (!column.defaultText.empty())
         m_builder.SetAttributeStringProperty(attribute, code::kDefaultText, column.defaultText.c_str());
     for (const auto& [propertyCode, value] : column.properties) m_builder.SetAttributeProperty(attribute, propertyCode, value);

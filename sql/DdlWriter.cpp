@@ -2,18 +2,22 @@
 
 #include <fnmatch.h>
 
+#include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <map>
 #include <sstream>
 
 #include <VrnIntf.h>
 
 #include "Dialect.h"
+#include "OptionForms.h"
 
 namespace {
 
-// Property and value numbers of column options in the model file.
+// Property and value numbers of the model file that the writer reads itself.
 constexpr int kGeneratedProperty = 48, kGeneratedAlways = 63;
+constexpr int kPartitionColumnProperty = 7, kPartitionLimitProperty = 8, kStorageSpaceProperty = 9;
 constexpr int kNotLoggedProperty = 36, kRowGuidProperty = 41, kForBitDataProperty = 72;
 
 bool HasProperty(const std::vector<CModelProperty>& properties, int propertyNo, int valueNo = 0) {
@@ -41,6 +45,27 @@ bool HoldsSeparatorLine(const std::string& text, EPlatformFamily family) {
     return false;
 }
 
+std::string Upper(std::string text) {
+    for (char& ch : text) ch = AfxToUpperAscii(ch);
+    return text;
+}
+
+// Whether a column's default is a constant that any SQL takes, SQLite
+// included: a number, a string, NULL or the current date and time.
+bool IsConstant(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(" (");
+    const std::size_t last = text.find_last_not_of(" )");
+    if (first == std::string::npos) return false;
+    const std::string core = text.substr(first, last - first + 1);
+    if (core.front() == '\'' && core.back() == '\'' && core.size() >= 2) return true;
+    static const char* const kWords[] = {"NULL", "CURRENT_TIMESTAMP", "CURRENT_DATE", "CURRENT_TIME"};
+    for (const char* word : kWords)
+        if (AfxCompareNoCase(core.c_str(), word) == 0) return true;
+    char* end = nullptr;
+    std::strtod(core.c_str(), &end);
+    return end && *end == '\0';
+}
+
 // The name of the default or rule `id`; null when the model has none of that number.
 const std::string* NameOf(const std::vector<CModelNamedText>& list, std::uint32_t id) {
     for (const CModelNamedText& object : list)
@@ -62,7 +87,13 @@ std::string TypeName(ETypeDialect types, int platform, const std::string& code, 
     };
     if (!readsBack(types) && types != ETypeDialect::Oracle && readsBack(ETypeDialect::Generic))
         return SqlTypeName(ETypeDialect::Generic, code, width, scale);
-    return SqlTypeName(types, code, width, scale);
+    std::string name = SqlTypeName(types, code, width, scale);
+    // DB2's large objects have a length of their own. The model gives every
+    // column without one a width of 10, which no real large object has.
+    const bool db2 = types == ETypeDialect::Db2Luw || types == ETypeDialect::Db2ZOs;
+    if (db2 && (name == "BLOB" || name == "CLOB" || name == "DBCLOB") && width > 0 && width != 10)
+        name += "(" + std::to_string(width) + ")";
+    return name;
 }
 
 class CWriter {
@@ -82,6 +113,13 @@ private:
                m_dialect.family == EPlatformFamily::As400;
     }
     bool IsGeneric() const { return m_dialect.family == EPlatformFamily::Other; }
+    bool SameFamily() const;
+    // The target's family as messages name it.
+    std::string Family() const { return IsGeneric() ? "generic SQL" : m_dialect.Name(); }
+    std::string SourceFamily() const {
+        const CDialect source = DialectOfPlatform(m_model.platform, false);
+        return source.family == EPlatformFamily::Other ? "generic SQL" : source.Name();
+    }
 
     // One statement, ended as the platform's tools expect.
     void Statement(const std::string& text) { m_out << text << (IsTransactSql() ? "\nGO\n" : ";\n"); }
@@ -94,7 +132,17 @@ private:
         return m_options.tablePattern.empty() ||
                fnmatch(m_options.tablePattern.c_str(), table.name.c_str(), FNM_CASEFOLD) == 0;
     }
-    std::string TableName(const CModelTable& table) const { return m_dialect.Qualified(table.owner, table.name); }
+    // owner.name; in generic SQL the name alone, for SQLite reads a
+    // qualifier as the name of an attached database.
+    std::string TableName(const CModelTable& table) const {
+        if (!IsGeneric()) return m_dialect.Qualified(table.owner, table.name);
+        return m_dialect.Quote(m_tableNames[static_cast<std::size_t>(&table - m_model.tables.data())]);
+    }
+    std::string IndexName(const CModelIndex& index) const {
+        const auto named = m_indexNames.find(&index);
+        return m_dialect.Quote(named == m_indexNames.end() ? index.name : named->second);
+    }
+    void NameTablesAndIndexes();
     std::string ColumnList(const std::vector<std::string>& names) const;
 
     void StorageObjects();
@@ -105,6 +153,9 @@ private:
     std::string ColumnDefinition(const CModelTable& table, const CModelColumn& column);
     std::string ForeignKeyClause(const CModelForeignKey& key);
     void TableStorage(const CModelTable& table, std::string& statement);
+    void Options(EOptionOwner owner, const std::array<int, 11>* slots, const std::vector<CModelProperty>& properties,
+                 const std::string& of, std::string& statement);
+    void Partitions(const CModelTable& table, const std::vector<int>& partitions, bool ofTable, std::string& statement);
     void Indexes(const CModelTable& table);
     void Comments(const CModelTable& table);
     void Bindings(const CModelTable& table);
@@ -118,7 +169,11 @@ private:
     const CDialect m_dialect;
     const ETypeDialect m_types;
     std::ostringstream m_out;
-    std::map<std::string, int> m_leftOut;  // "rules: T-SQL only" -> how many
+    std::map<std::pair<std::string, std::string>, int> m_leftOut;  // (kind, reason) -> how many
+    // Generic SQL: the name each table and index is written by, unique in
+    // the one name space SQLite keeps for both.
+    std::vector<std::string> m_tableNames;
+    std::map<const CModelIndex*, std::string> m_indexNames;
 };
 
 void CWriter::CodeBlock(const std::string& text) {
@@ -136,7 +191,7 @@ void CWriter::CodeBlock(const std::string& text) {
 
 void CWriter::LeftOut(const std::string& what, const std::string& kind, const std::string& reason) {
     m_out << "-- left out: " << what << " (" << reason << ")\n";
-    ++m_leftOut[kind + " left out: " + reason];
+    ++m_leftOut[{kind, reason}];
 }
 
 std::string CWriter::ColumnList(const std::vector<std::string>& names) const {
@@ -148,8 +203,16 @@ std::string CWriter::ColumnList(const std::vector<std::string>& names) const {
 void CWriter::Write() {
     const CPlatformInfo* platform = FindPlatform(m_platform);
     m_out << "-- " << (m_model.modelName.empty() ? std::string("Model") : m_model.modelName) << " for "
-          << (platform && *platform->name ? platform->name : "generic SQL") << " (" << m_dialect.Name()
+          << (platform && *platform->name ? platform->name : "generic SQL") << " (" << Family()
           << "), written by vrnmodel\n";
+    if (IsGeneric()) {
+        int owned = 0;
+        for (const CModelTable& table : m_model.tables)
+            owned += Included(table) && table.owner.find_first_not_of(' ') != std::string::npos ? 1 : 0;
+        if (owned > 0)
+            LeftOut("the owners of " + std::to_string(owned) + " tables", "owners", "generic SQL names tables alone");
+        NameTablesAndIndexes();
+    }
     if (m_options.storage) StorageObjects();
     UserDatatypes();
     DefaultsAndRules();
@@ -168,15 +231,55 @@ void CWriter::Write() {
     if (!IsGeneric()) ForeignKeys();
     if (m_options.code) Code();
     m_script.text = m_out.str();
-    for (const auto& [what, count] : m_leftOut) m_script.warnings.push_back(std::to_string(count) + " " + what);
+    for (const auto& [what, count] : m_leftOut)
+        m_script.warnings.push_back(what.first + " left out (" + std::to_string(count) + "): " + what.second);
+}
+
+// Storage objects and code are kept as their statements' text, in the
+// dialect of the model's platform: they are written for that family only.
+bool CWriter::SameFamily() const {
+    return DialectOfPlatform(m_model.platform, false).family == m_dialect.family;
+}
+
+// SQLite keeps tables and indexes in one name space, without owners: a
+// name taken already is written with its owner (a table) or its table (an
+// index) joined to it, and that is said.
+void CWriter::NameTablesAndIndexes() {
+    std::map<std::string, int> taken;  // upper-cased name -> times used
+    auto take = [&](const std::string& name) { return taken[Upper(name)]++ == 0; };
+    m_tableNames.resize(m_model.tables.size());
+    for (std::size_t i = 0; i < m_model.tables.size(); ++i) {
+        const CModelTable& table = m_model.tables[i];
+        m_tableNames[i] = table.name;
+        if (!Included(table) || take(table.name)) continue;
+        const std::size_t end = table.owner.find_last_not_of(' ');
+        m_tableNames[i] = (end == std::string::npos ? std::string("T") : table.owner.substr(0, end + 1)) + "_" + table.name;
+        take(m_tableNames[i]);
+        LeftOut("the name " + table.name + " of " + table.owner + "." + table.name + ", written " + m_tableNames[i],
+                "names of tables", "another table has it");
+    }
+    for (std::size_t i = 0; i < m_model.tables.size(); ++i) {
+        const CModelTable& table = m_model.tables[i];
+        if (!Included(table)) continue;
+        for (std::size_t k = 0; k < table.indexes.size(); ++k) {
+            const CModelIndex& index = table.indexes[k];
+            if (static_cast<int>(k) == table.primaryKey || take(index.name)) continue;
+            const std::string name = index.name + "_" + m_tableNames[i];
+            take(name);
+            m_indexNames[&index] = name;
+            LeftOut("the name " + index.name + " of an index of " + table.name + ", written " + name, "names of indexes",
+                    "a table or another index has it");
+        }
+    }
 }
 
 void CWriter::StorageObjects() {
     for (const CModelStorageObject& object : m_model.storageObjects) {
-        if (IsDb2())
+        if (SameFamily())
             Statement(object.text);
         else
-            LeftOut("storage object " + object.name, "storage objects", std::string(m_dialect.Name()) + " has no such objects");
+            LeftOut("storage object " + object.name, "storage objects",
+                    "written in " + SourceFamily());
     }
 }
 
@@ -189,7 +292,7 @@ void CWriter::UserDatatypes() {
             Statement("CREATE DISTINCT TYPE " + m_dialect.Quote(type.name) + " AS " + base + " WITH COMPARISONS");
         else
             LeftOut("user datatype " + type.name + " (" + base + ")", "user datatypes",
-                    std::string(m_dialect.Name()) + " writes their columns with the base type");
+                    Family() + " writes their columns with the base type");
     }
 }
 
@@ -216,7 +319,13 @@ std::string CWriter::ColumnDefinition(const CModelTable& table, const CModelColu
     if (IsDb2() && HasProperty(column.properties, kForBitDataProperty) &&
         SqlTypeName(m_types, column.datatype, 0, 0).find("FOR BIT DATA") == std::string::npos)
         definition += " FOR BIT DATA";
-    if (!column.defaultText.empty()) definition += " DEFAULT " + column.defaultText;
+    if (!column.defaultText.empty()) {
+        if (!IsGeneric() || IsConstant(column.defaultText))
+            definition += " DEFAULT " + column.defaultText;
+        else
+            LeftOut("default " + column.defaultText + " of " + table.name + "." + column.name, "defaults of columns",
+                    "generic SQL takes constant defaults only");
+    }
     if (column.identity) {
         const bool always = HasProperty(column.properties, kGeneratedProperty, kGeneratedAlways);
         if (IsTransactSql())
@@ -310,15 +419,80 @@ void CWriter::Table(const CModelTable& table) {
 }
 
 void CWriter::TableStorage(const CModelTable& table, std::string& statement) {
-    if (!m_options.storage || table.storageSpace.empty()) return;
-    if (IsTransactSql())
-        statement += " ON " + m_dialect.Quote(table.storageSpace);
-    else if (IsOracle())
-        statement += " TABLESPACE " + m_dialect.Quote(table.storageSpace);
-    else if (IsDb2())
-        statement += " IN " + table.storageSpace;  // db.ts, as the catalog names it
-    else
-        LeftOut("storage space " + table.storageSpace + " of " + table.name, "storage spaces", "generic SQL has none");
+    if (!m_options.storage) return;
+    if (!table.storageSpace.empty()) {
+        if (IsTransactSql())
+            statement += " ON " + m_dialect.Quote(table.storageSpace);
+        else if (IsOracle())
+            statement += " TABLESPACE " + m_dialect.Quote(table.storageSpace);
+        else if (IsDb2())
+            statement += " IN " + table.storageSpace;  // db.ts, as the catalog names it
+        else
+            LeftOut("storage space " + table.storageSpace + " of " + table.name, "storage spaces", "generic SQL has none");
+    }
+    Options(EOptionOwner::Table, &table.storageParams, table.properties, "table " + table.name, statement);
+    Partitions(table, table.partitions, true, statement);
+}
+
+void CWriter::Options(EOptionOwner owner, const std::array<int, 11>* slots,
+                      const std::vector<CModelProperty>& properties, const std::string& of, std::string& statement) {
+    const CWrittenOptions written = WriteOptions(owner, slots, properties, m_dialect.family);
+    statement += written.clauses;
+    for (const std::string& option : written.leftOut)
+        LeftOut("physical option " + option + " of " + of, "physical options",
+                Family() + " has no form for them");
+}
+
+// PARTITION BY RANGE (columns) (PARTITION p VALUES LESS THAN (...) ...) of a
+// table, LOCAL (PARTITION p ...) of an index. The model keeps no partitioning
+// method: partitions with limits are written as ranges, others by hash.
+void CWriter::Partitions(const CModelTable& table, const std::vector<int>& partitions, bool ofTable,
+                         std::string& statement) {
+    if (partitions.empty()) return;
+    if (!IsOracle()) {
+        LeftOut(std::to_string(partitions.size()) + " partitions of " + table.name, "partitioned objects",
+                Family() + " partitions are not written");
+        return;
+    }
+    bool limits = false;
+    std::vector<std::string> clauses;
+    for (int at : partitions) {
+        const CModelPartition& partition = m_model.partitions[static_cast<std::size_t>(at)];
+        std::string clause = "PARTITION " + m_dialect.Quote(partition.name);
+        std::vector<CModelProperty> options;
+        std::string space;
+        for (const CModelProperty& property : partition.properties) {
+            if (property.propertyNo == kPartitionLimitProperty) {
+                clause += " VALUES LESS THAN (" + property.text + ")";
+                limits = true;
+            } else if (property.propertyNo == kStorageSpaceProperty) {
+                space = " TABLESPACE " + m_dialect.Quote(property.text);
+            } else {
+                options.push_back(property);
+            }
+        }
+        clause += space;
+        Options(EOptionOwner::Partition, nullptr, options, "partition " + partition.name, clause);
+        clauses.push_back(clause);
+    }
+    if (ofTable) {
+        std::vector<std::pair<int, std::string>> columns;  // sequence, name
+        for (const CModelProperty& property : table.properties) {
+            if (property.propertyNo != kPartitionColumnProperty) continue;
+            const CModelColumn* column =
+                table.FindColumn(static_cast<std::uint32_t>(std::strtoul(property.text.c_str(), nullptr, 10)));
+            if (column) columns.emplace_back(property.intArg, column->name);
+        }
+        std::sort(columns.begin(), columns.end());
+        std::vector<std::string> names;
+        for (const auto& column : columns) names.push_back(column.second);
+        statement += std::string(" PARTITION BY ") + (limits ? "RANGE " : "HASH ") + ColumnList(names);
+    } else {
+        statement += " LOCAL";
+    }
+    statement += " (";
+    for (std::size_t i = 0; i < clauses.size(); ++i) statement += (i ? ", " : "") + clauses[i];
+    statement += ")";
 }
 
 void CWriter::Indexes(const CModelTable& table) {
@@ -328,13 +502,20 @@ void CWriter::Indexes(const CModelTable& table) {
         std::string statement = "CREATE ";
         if (index.unique) statement += "UNIQUE ";
         if (IsTransactSql()) statement += index.clustered ? "CLUSTERED " : "NONCLUSTERED ";
-        statement += "INDEX " + m_dialect.Quote(index.name) + " ON " + TableName(table) + " (";
+        statement += "INDEX " + IndexName(index) + " ON " + TableName(table) + " (";
         for (std::size_t c = 0; c < index.columns.size(); ++c)
             statement += (c ? ", " : "") + m_dialect.Quote(index.columns[c].name) + (index.columns[c].descending ? " DESC" : "");
         statement += ")";
-        if (m_options.storage && !index.storageSpace.empty()) {
-            if (IsTransactSql()) statement += " ON " + m_dialect.Quote(index.storageSpace);
-            else if (IsOracle() || IsDb2()) statement += " TABLESPACE " + m_dialect.Quote(index.storageSpace);
+        if (IsDb2() && index.clustered) statement += " CLUSTER";
+        if (m_options.storage) {
+            if (!index.storageSpace.empty()) {
+                if (IsTransactSql()) statement += " ON " + m_dialect.Quote(index.storageSpace);
+                else if (IsOracle() || IsDb2()) statement += " TABLESPACE " + m_dialect.Quote(index.storageSpace);
+                else LeftOut("storage space " + index.storageSpace + " of index " + index.name, "storage spaces",
+                             "generic SQL has none");
+            }
+            Options(EOptionOwner::Index, &index.storageParams, index.properties, "index " + index.name, statement);
+            Partitions(table, index.partitions, false, statement);
         }
         Statement(statement);
     }
@@ -350,7 +531,7 @@ void CWriter::Comments(const CModelTable& table) {
         if (IsOracle() || IsDb2())
             Statement("COMMENT ON " + target + " IS " + CDialect::Literal(text));
         else
-            LeftOut("comment on " + target, "comments", std::string(m_dialect.Name()) + " has no COMMENT ON");
+            LeftOut("comment on " + target, "comments", Family() + " has no COMMENT ON");
     }
 }
 
@@ -407,8 +588,11 @@ void CWriter::ForeignKeys() {
 void CWriter::Code() {
     auto write = [&](const std::string& kind, const std::string& name, const std::string& text) {
         if (text.empty()) return;
-        if (HoldsSeparatorLine(text, m_dialect.family))
-            LeftOut(kind + " " + name, kind + "s", "its text holds a line that would end the statement early");
+        if (!SameFamily())
+            LeftOut(kind + " " + name, kind + "s",
+                    "written in " + SourceFamily());
+        else if (HoldsSeparatorLine(text, m_dialect.family))
+            LeftOut(kind + " " + name, kind + "s", "a line of the text would end the statement early");
         else
             CodeBlock(text);
     };

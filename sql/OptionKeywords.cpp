@@ -73,6 +73,7 @@ const COptionKeyword kIndexOptions[] = {
     {"COMPRESS NO", kCompress, A::Off},
     {"COMPRESS YES", kCompress, A::On},
     {"COMPRESS", kCompress, A::On},  // a prefix length after it is passed over
+    {"NOCOMPRESS", kCompress, A::Off},
     {nullptr, 0, A::On},
 };
 

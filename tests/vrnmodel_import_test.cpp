@@ -183,6 +183,20 @@ TEST_F(ImportTest, FourTimesTheScriptGivesFourTimesTheCounts) {
     EXPECT_TRUE(m_report.warnings.empty());
 }
 
+// A type the platform has no datatype code for is kept as CHAR(10): the
+// model cannot say what it was, so the import does.
+TEST_F(ImportTest, ATypeWithoutADatatypeCodeIsSaidToBeKeptAsChar) {
+    ImportText(44, "CREATE TABLE docs (id INTEGER, body XML, note app.shortnote, size DECIMAL(9,2));\n");
+    EXPECT_EQ(m_reader->Column("SELECT datatype || ' ' || width FROM Attribute ORDER BY attribute_no"),
+              (std::vector<std::string>{"INT 10", "CH 10", "CH 10", "DC 9"}));
+    const std::string place = m_dir.File("script.sql") + ":1: ";
+    EXPECT_EQ(m_report.warnings,
+              (std::vector<std::string>{
+                  place + "column body: type XML has no datatype code on this platform; the model keeps it as CHAR(10)",
+                  place + "column note: type shortnote has no datatype code on this platform; the model keeps it "
+                          "as CHAR(10)"}));
+}
+
 TEST_F(ImportTest, ScriptsOfTheDb2CommandLineWithTheirOwnTerminator) {
     CModelFileReader& reader = ImportText(44,
                                           "--#SET TERMINATOR @\n"
