@@ -88,10 +88,11 @@ std::string TypeName(ETypeDialect types, int platform, const std::string& code, 
     if (!readsBack(types) && types != ETypeDialect::Oracle && readsBack(ETypeDialect::Generic))
         return SqlTypeName(ETypeDialect::Generic, code, width, scale);
     std::string name = SqlTypeName(types, code, width, scale);
-    // DB2's large objects have a length of their own. The model gives every
-    // column without one a width of 10, which no real large object has.
-    const bool db2 = types == ETypeDialect::Db2Luw || types == ETypeDialect::Db2ZOs;
-    if (db2 && (name == "BLOB" || name == "CLOB" || name == "DBCLOB") && width > 0 && width != 10)
+    // Large objects have a length of their own in DB2 and in standard SQL.
+    // The model gives every column without one a width of 10, which no real
+    // large object has.
+    const bool sized = types == ETypeDialect::Db2Luw || types == ETypeDialect::Db2ZOs || types == ETypeDialect::Generic;
+    if (sized && (name == "BLOB" || name == "CLOB" || name == "DBCLOB" || name == "NCLOB") && width > 0 && width != 10)
         name += "(" + std::to_string(width) + ")";
     return name;
 }
@@ -143,7 +144,9 @@ private:
         return m_dialect.Quote(named == m_indexNames.end() ? index.name : named->second);
     }
     void NameTablesAndIndexes();
-    std::string ColumnList(const std::vector<std::string>& names) const;
+    // The column `name` of `table` as written: in generic SQL, renamed where SQLite would take it for another.
+    std::string ColumnName(const CModelTable& table, const std::string& name) const;
+    std::string ColumnList(const CModelTable& table, const std::vector<std::string>& names) const;
 
     void StorageObjects();
     void UserDatatypes();
@@ -174,6 +177,7 @@ private:
     // the one name space SQLite keeps for both.
     std::vector<std::string> m_tableNames;
     std::map<const CModelIndex*, std::string> m_indexNames;
+    std::map<std::pair<const CModelTable*, std::string>, std::string> m_columnNames;
 };
 
 void CWriter::CodeBlock(const std::string& text) {
@@ -194,9 +198,14 @@ void CWriter::LeftOut(const std::string& what, const std::string& kind, const st
     ++m_leftOut[{kind, reason}];
 }
 
-std::string CWriter::ColumnList(const std::vector<std::string>& names) const {
+std::string CWriter::ColumnName(const CModelTable& table, const std::string& name) const {
+    const auto renamed = m_columnNames.find({&table, name});
+    return m_dialect.Quote(renamed == m_columnNames.end() ? name : renamed->second);
+}
+
+std::string CWriter::ColumnList(const CModelTable& table, const std::vector<std::string>& names) const {
     std::string list;
-    for (const std::string& name : names) list += (list.empty() ? "" : ", ") + m_dialect.Quote(name);
+    for (const std::string& name : names) list += (list.empty() ? "" : ", ") + ColumnName(table, name);
     return "(" + list + ")";
 }
 
@@ -248,13 +257,20 @@ void CWriter::NameTablesAndIndexes() {
     std::map<std::string, int> taken;  // upper-cased name -> times used
     auto take = [&](const std::string& name) { return taken[Upper(name)]++ == 0; };
     m_tableNames.resize(m_model.tables.size());
+    // `base`, or `base` with a suffix, whichever is free first.
+    auto free = [&](const std::string& base, std::map<std::string, int>& names) {
+        std::string name = base;
+        for (int n = 2; names[Upper(name)]++ != 0; ++n) name = base + "_" + std::to_string(n);
+        return name;
+    };
+    m_tableNames.resize(m_model.tables.size());
     for (std::size_t i = 0; i < m_model.tables.size(); ++i) {
         const CModelTable& table = m_model.tables[i];
         m_tableNames[i] = table.name;
         if (!Included(table) || take(table.name)) continue;
         const std::size_t end = table.owner.find_last_not_of(' ');
-        m_tableNames[i] = (end == std::string::npos ? std::string("T") : table.owner.substr(0, end + 1)) + "_" + table.name;
-        take(m_tableNames[i]);
+        m_tableNames[i] = free((end == std::string::npos ? std::string("T") : table.owner.substr(0, end + 1)) + "_" +
+                                   table.name, taken);
         LeftOut("the name " + table.name + " of " + table.owner + "." + table.name + ", written " + m_tableNames[i],
                 "names of tables", "another table has it");
     }
@@ -264,11 +280,19 @@ void CWriter::NameTablesAndIndexes() {
         for (std::size_t k = 0; k < table.indexes.size(); ++k) {
             const CModelIndex& index = table.indexes[k];
             if (static_cast<int>(k) == table.primaryKey || take(index.name)) continue;
-            const std::string name = index.name + "_" + m_tableNames[i];
-            take(name);
+            const std::string name = free(index.name + "_" + m_tableNames[i], taken);
             m_indexNames[&index] = name;
             LeftOut("the name " + index.name + " of an index of " + table.name + ", written " + name, "names of indexes",
                     "a table or another index has it");
+        }
+        // Column names differ in SQLite only when they differ without regard to case.
+        std::map<std::string, int> columns;
+        for (const CModelColumn& column : table.columns) {
+            const std::string name = free(column.name, columns);
+            if (name == column.name) continue;
+            m_columnNames[{&table, column.name}] = name;
+            LeftOut("the name " + column.name + " of a column of " + table.name + ", written " + name, "names of columns",
+                    "another column differs from it in letter case only");
         }
     }
 }
@@ -311,7 +335,7 @@ void CWriter::DefaultsAndRules() {
 }
 
 std::string CWriter::ColumnDefinition(const CModelTable& table, const CModelColumn& column) {
-    std::string definition = m_dialect.Quote(column.name) + " ";
+    std::string definition = ColumnName(table, column.name) + " ";
     if (!column.userDatatype.empty() && (IsTransactSql() || IsDb2()))
         definition += m_dialect.Quote(column.userDatatype);
     else
@@ -353,8 +377,8 @@ std::string CWriter::ForeignKeyClause(const CModelForeignKey& key) {
         parentColumns.push_back(pair.parentColumn);
     }
     std::string clause = (key.name.empty() ? std::string() : "CONSTRAINT " + m_dialect.Quote(key.name) + " ") +
-                         "FOREIGN KEY " + ColumnList(childColumns) + " REFERENCES " + TableName(parent) + " " +
-                         ColumnList(parentColumns);
+                         "FOREIGN KEY " + ColumnList(m_model.tables[static_cast<std::size_t>(key.childTable)], childColumns) +
+                         " REFERENCES " + TableName(parent) + " " + ColumnList(parent, parentColumns);
     auto action = [&](char code, bool onDelete) -> std::string {
         switch (code) {
             case 'C': return "CASCADE";
@@ -395,7 +419,7 @@ void CWriter::Table(const CModelTable& table) {
         std::string clause = key.name.empty() ? std::string() : "CONSTRAINT " + m_dialect.Quote(key.name) + " ";
         clause += "PRIMARY KEY";
         if (IsTransactSql()) clause += key.clustered ? " CLUSTERED" : " NONCLUSTERED";
-        elements.push_back(clause + " " + ColumnList(columns));
+        elements.push_back(clause + " " + ColumnList(table, columns));
     }
     for (int check : table.checks) {
         const CModelCheck& constraint = m_model.checks[static_cast<std::size_t>(check)];
@@ -486,7 +510,7 @@ void CWriter::Partitions(const CModelTable& table, const std::vector<int>& parti
         std::sort(columns.begin(), columns.end());
         std::vector<std::string> names;
         for (const auto& column : columns) names.push_back(column.second);
-        statement += std::string(" PARTITION BY ") + (limits ? "RANGE " : "HASH ") + ColumnList(names);
+        statement += std::string(" PARTITION BY ") + (limits ? "RANGE " : "HASH ") + ColumnList(table, names);
     } else {
         statement += " LOCAL";
     }
@@ -504,7 +528,7 @@ void CWriter::Indexes(const CModelTable& table) {
         if (IsTransactSql()) statement += index.clustered ? "CLUSTERED " : "NONCLUSTERED ";
         statement += "INDEX " + IndexName(index) + " ON " + TableName(table) + " (";
         for (std::size_t c = 0; c < index.columns.size(); ++c)
-            statement += (c ? ", " : "") + m_dialect.Quote(index.columns[c].name) + (index.columns[c].descending ? " DESC" : "");
+            statement += (c ? ", " : "") + ColumnName(table, index.columns[c].name) + (index.columns[c].descending ? " DESC" : "");
         statement += ")";
         if (IsDb2() && index.clustered) statement += " CLUSTER";
         if (m_options.storage) {
@@ -526,7 +550,7 @@ void CWriter::Comments(const CModelTable& table) {
     if (!table.definition.empty()) comments.emplace_back("TABLE " + TableName(table), table.definition);
     for (const CModelColumn& column : table.columns)
         if (!column.definition.empty())
-            comments.emplace_back("COLUMN " + TableName(table) + "." + m_dialect.Quote(column.name), column.definition);
+            comments.emplace_back("COLUMN " + TableName(table) + "." + ColumnName(table, column.name), column.definition);
     for (const auto& [target, text] : comments) {
         if (IsOracle() || IsDb2())
             Statement("COMMENT ON " + target + " IS " + CDialect::Literal(text));
