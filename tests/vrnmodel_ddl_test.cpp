@@ -97,6 +97,20 @@ void AlignWhatTheModelCannotCarryBack(CModel& model) {
             if (column.scale < 0) column.scale = 0;
 }
 
+// Oracle's unsized NUMBER (width 0) is written without a precision, and
+// reads back with the precision the reading platform gives such a number.
+void AlignUnsizedNumbers(const CModel& from, CModel& to) {
+    for (const CModelTable& table : from.tables)
+        for (const CModelColumn& column : table.columns) {
+            if (column.width != 0) continue;
+            for (CModelTable& other : to.tables)
+                for (CModelColumn& same : other.columns)
+                    if (AfxCompareNoCase(other.name.c_str(), table.name.c_str()) == 0 &&
+                        AfxCompareNoCase(same.name.c_str(), column.name.c_str()) == 0)
+                        same.width = 0;
+        }
+}
+
 TEST_F(DdlTest, TransactSqlScriptOfASmallModel) {
     const CModel model = Import(Platform("sqlserver"), {
         "EXEC sp_addtype Flag, 'tinyint'\nGO\n"
@@ -324,17 +338,7 @@ TEST_F(DdlTest, SqliteExecutesTheGenericScriptOfEverySample) {
         // script says what it left out.
         const std::set<std::string> unsaid = {"default",  "identity",   "user datatype",
                                               "clustered", "bound rule", "bound default"};
-        // Oracle's unsized NUMBER (width 0) is written without a precision,
-        // and reads back with the precision the reading platform gives it.
-        for (const CModelTable& table : model.tables)
-            for (const CModelColumn& column : table.columns) {
-                if (column.width != 0) continue;
-                for (CModelTable& other : read.tables)
-                    for (CModelColumn& same : other.columns)
-                        if (AfxCompareNoCase(other.name.c_str(), table.name.c_str()) == 0 &&
-                            AfxCompareNoCase(same.name.c_str(), column.name.c_str()) == 0)
-                            same.width = 0;
-            }
+        AlignUnsizedNumbers(model, read);
         // A type written without a length takes the width each platform gives such types.
         for (CModel* each : {&model, &read})
             for (CModelTable& table : each->tables)
@@ -385,6 +389,39 @@ TEST_F(DdlTest, GenericNamesThatWouldClashInSqliteAreRenamedAndSaid) {
     ASSERT_EQ(sqlite3_open(":memory:", &db), SQLITE_OK);
     EXPECT_EQ(sqlite3_exec(db, script.text.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
     sqlite3_close(db);
+}
+
+// Across platforms: a T-SQL model written for Oracle, that one for DB2, and
+// that one for T-SQL again keeps its tables, columns, keys, indexes and
+// foreign keys. Types are kept by datatype code except where Oracle has no
+// type of its own: its platform keeps integers as NUMBER, datetime as DATE
+// and money as NUMBER(19,4), and those stay as Oracle made them.
+TEST_F(DdlTest, TransactSqlThroughOracleAndDb2ComesBack) {
+    for (const char* prefix : {"mssql_instpubs", "flowable_mssql"}) {
+        SCOPED_TRACE(prefix);
+        std::vector<std::string> paths;
+        for (const std::string& name : SampleFiles(prefix)) paths.push_back(kSamples + "/" + name);
+        CModel model = ImportFiles(Platform("sqlserver"), paths);
+        CModel oracle = RoundTrip(model, Platform("oracle"));
+        CModel db2 = RoundTrip(oracle, Platform("db2"));
+        CModel back = RoundTrip(db2, Platform("sqlserver"));
+        for (CModel* each : {&model, &oracle, &back}) AlignWhatTheModelCannotCarryBack(*each);
+        AlignUnsizedNumbers(oracle, back);
+        CCompareOptions compared;
+        compared.checks = compared.userDatatypes = compared.code = compared.partitions = compared.storage =
+            compared.storageObjects = false;
+        const std::set<std::string> typeFields = {"datatype", "width", "scale"};
+        // Oracle and DB2 cluster no primary key and know no user datatypes of T-SQL's kind.
+        const std::set<std::string> unsaid = {"clustered", "user datatype"};
+        std::string structure, types;
+        for (const CModelChange& change : CompareModels(model, back, compared))
+            if (!typeFields.count(change.field) && !unsaid.count(change.field)) structure += change.Describe() + "\n";
+        for (const CModelChange& change : CompareModels(oracle, back, compared))
+            if (typeFields.count(change.field)) types += change.Describe() + "\n";
+        EXPECT_EQ(structure, "");
+        EXPECT_EQ(types, "");
+        EXPECT_EQ(back.tables.size(), model.tables.size());
+    }
 }
 
 }  // namespace
