@@ -1,5 +1,6 @@
 // Reads a model file with the model reader and writes the text and JSON
-// reports of `vrnmodel show` into memory, timing each:
+// reports of `vrnmodel show` and the script of `vrnmodel ddl` into memory,
+// timing each:
 //   show_bench MODEL_FILE
 // Prints one line of name=value figures; bench/run compares them with the
 // import that made the file.
@@ -10,6 +11,7 @@
 #include <cstdio>
 #include <sstream>
 
+#include "DdlWriter.h"
 #include "Lap.h"
 #include "ModelReport.h"
 
@@ -34,12 +36,15 @@ int main(int argc, char** argv) {
     std::ostringstream json;
     WriteJsonReport(model, json);
     const double jsonReport = Lap(clock);
+    const CDdlScript script = WriteDdl(model, CDdlOptions());
+    const double ddl = Lap(clock);
+    if (script.tables != static_cast<int>(model.tables.size())) return 1;
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     struct stat info {};
     stat(argv[1], &info);
-    std::printf("tables=%zu read=%.3f text=%.3f json=%.3f read_peak_kib=%ld peak_kib=%ld file_bytes=%lld\n",
-                model.tables.size(), read, report, jsonReport, afterRead.ru_maxrss, usage.ru_maxrss,
+    std::printf("tables=%zu read=%.3f text=%.3f json=%.3f ddl=%.3f read_peak_kib=%ld peak_kib=%ld file_bytes=%lld\n",
+                model.tables.size(), read, report, jsonReport, ddl, afterRead.ru_maxrss, usage.ru_maxrss,
                 static_cast<long long>(info.st_size));
     return 0;
 }

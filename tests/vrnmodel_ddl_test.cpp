@@ -424,4 +424,42 @@ TEST_F(DdlTest, TransactSqlThroughOracleAndDb2ComesBack) {
     }
 }
 
+// The command as a user runs it: the script on standard output or in a file,
+// what was left out on standard error, and clear refusals.
+TEST_F(CommandLineTest, DdlWritesTheScriptAndSaysWhatItLeftOut) {
+    WriteBytes(m_dir.File("s.sql"),
+               "CREATE TABLE orders (id INT NOT NULL PRIMARY KEY, note VARCHAR(20) NULL)\nGO\n"
+               "CREATE TABLE lines (id INT NOT NULL, order_id INT NULL REFERENCES orders (id))\nGO\n"
+               "CREATE RULE r_positive AS @v > 0\nGO\n"
+               "CREATE PROCEDURE touch AS SELECT 1\nGO\n");
+    const std::string model = m_dir.File("m.vrn");
+    ASSERT_EQ(Run("import " + m_dir.File("s.sql") + " -o " + model + " --platform sqlserver"), 0) << Err();
+
+    ASSERT_EQ(Run("ddl " + model), 0) << Err();
+    EXPECT_NE(Out().find("CREATE TABLE orders (\n  id int NOT NULL,\n"), npos) << Out();
+    EXPECT_NE(Out().find("\nGO\n"), npos) << Out();
+    EXPECT_EQ(Err(), "");
+
+    ASSERT_EQ(Run("ddl " + model + " --platform oracle -o " + m_dir.File("o.sql")), 0) << Err();
+    EXPECT_EQ(Out(), "");
+    const std::string oracle = ReadBytes(m_dir.File("o.sql"));
+    EXPECT_NE(oracle.find("CREATE TABLE orders (\n  id INTEGER NOT NULL,\n  note VARCHAR2(20),\n"), npos) << oracle;
+    EXPECT_NE(oracle.find("-- left out: rule r_positive (T-SQL only)\n"), npos) << oracle;
+    EXPECT_NE(oracle.find("-- left out: procedure touch (written in T-SQL)\n"), npos) << oracle;
+    EXPECT_EQ(Err(), "vrnmodel: warning: procedures left out (1): written in T-SQL\n"
+                     "vrnmodel: warning: rules left out (1): T-SQL only\n");
+
+    ASSERT_EQ(Run("ddl " + model + " --tables 'ORD*' --no-code"), 0) << Err();
+    EXPECT_NE(Out().find("CREATE TABLE orders"), npos) << Out();
+    EXPECT_EQ(Out().find("CREATE TABLE lines"), npos) << Out();
+    EXPECT_EQ(Out().find("PROCEDURE"), npos) << Out();
+
+    EXPECT_EQ(Run("ddl " + model + " --tables 'nothing*'"), 1);
+    EXPECT_NE(Err().find("no table of '" + model + "' matches --tables nothing*"), npos) << Err();
+    EXPECT_EQ(Run("ddl " + model + " --platform nowhere"), 2);
+    EXPECT_EQ(Run("ddl " + model + " -o " + model), 1);  // never over its input
+    EXPECT_EQ(Run("ddl " + m_dir.File("s.sql")), 1);     // a script is no model
+    EXPECT_EQ(Run("ddl"), 2);
+}
+
 }  // namespace
