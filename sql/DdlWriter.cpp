@@ -127,7 +127,7 @@ private:
     // A block of procedural code, which holds ";" of its own.
     void CodeBlock(const std::string& text);
     // What the target cannot hold: a comment line in the script, counted for the warnings.
-    void LeftOut(const std::string& what, const std::string& kind, const std::string& reason);
+    void LeftOut(const std::string& what, const std::string& kind, const std::string& reason, int count = 1);
 
     bool Included(const CModelTable& table) const {
         return m_options.tablePattern.empty() ||
@@ -193,9 +193,9 @@ void CWriter::CodeBlock(const std::string& text) {
     }
 }
 
-void CWriter::LeftOut(const std::string& what, const std::string& kind, const std::string& reason) {
+void CWriter::LeftOut(const std::string& what, const std::string& kind, const std::string& reason, int count) {
     m_out << "-- left out: " << what << " (" << reason << ")\n";
-    ++m_leftOut[{kind, reason}];
+    m_leftOut[{kind, reason}] += count;
 }
 
 std::string CWriter::ColumnName(const CModelTable& table, const std::string& name) const {
@@ -219,7 +219,8 @@ void CWriter::Write() {
         for (const CModelTable& table : m_model.tables)
             owned += Included(table) && table.owner.find_first_not_of(' ') != std::string::npos ? 1 : 0;
         if (owned > 0)
-            LeftOut("the owners of " + std::to_string(owned) + " tables", "owners", "generic SQL names tables alone");
+            LeftOut("the owners of " + std::to_string(owned) + " tables", "owners of tables", "generic SQL names tables alone",
+                    owned);
         NameTablesAndIndexes();
     }
     if (m_options.storage) StorageObjects();

@@ -384,7 +384,7 @@ TEST_F(DdlTest, GenericNamesThatWouldClashInSqliteAreRenamedAndSaid) {
               (std::vector<std::string>{"names of columns left out (1): another column differs from it in letter case only",
                                         "names of indexes left out (1): a table or another index has it",
                                         "names of tables left out (1): another table has it",
-                                        "owners left out (1): generic SQL names tables alone"}));
+                                        "owners of tables left out (2): generic SQL names tables alone"}));
     sqlite3* db = nullptr;
     ASSERT_EQ(sqlite3_open(":memory:", &db), SQLITE_OK);
     EXPECT_EQ(sqlite3_exec(db, script.text.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
