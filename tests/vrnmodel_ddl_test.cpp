@@ -259,6 +259,92 @@ TEST_F(DdlTest, HostileNamesAndTextsKeepTheScriptWhole) {
     }
 }
 
+// Models built through the builder, as a catalog reader builds them, come
+// back from their own DDL with every kind the family writes: physical
+// options by property code, partitions, bindings, checks and actions.
+TEST_F(DdlTest, ModelsBuiltThroughTheBuilderComeBackFromTheirOwnScript) {
+    // Property codes of the builder.
+    constexpr int kDefinition = 2, kStorageSpace = 15, kInitial = 16, kPctFree = 22, kLogging = 28, kIdentity = 82;
+    constexpr int kUnique = 34, kCluster = 40, kStorageGroup = 31, kBufferPool = 27, kClose = 49, kPartitionLimit = 54;
+    constexpr int kOnDeleteCascade = 77;
+    for (const char* platform : {"sqlserver", "oracle", "db2zos", "db2"}) {
+        SCOPED_TRACE(platform);
+        const int code = Platform(platform);
+        CVrnAPI builder;
+        ASSERT_EQ(builder.Initialize(code, nullptr), 1);
+        const bool tsql = code == Platform("sqlserver");
+        if (tsql) {
+            builder.AddUserType("Flag", "tinyint");
+            builder.AddDefault("df_zero", "0", nullptr);
+            builder.AddRule("r_flag", "@v IN (0, 1)", nullptr);
+            builder.BindRule("r_flag", "Flag");
+        }
+        const unsigned long orders = builder.AddEntity("ORDERS", "APP", 0, 0);
+        const unsigned long id = builder.AddAttribute(orders, "ID", "INTEGER", -1, -1, 0, 0);
+        builder.SetAttributeProperty(id, kIdentity, 0);
+        builder.AddAttribute(orders, "PLACED", "DATE", -1, -1, 0, 0);
+        builder.AddAttribute(orders, "QTY", tsql ? "Flag" : "SMALLINT", -1, -1, 1, 0);
+        builder.AddAttribute(orders, "NOTE", "VARCHAR", 40, -1, 1, 0);
+        builder.AddPrimaryKey(orders, "PK_ORDERS");
+        builder.AddPrimaryKeyColumn(orders, "ID", 0);
+        builder.AddCheckConstraint("CK_QTY", "QTY >= 0", orders, "QTY", 0);
+        builder.AddCheckConstraint(nullptr, "PLACED IS NOT NULL OR NOTE IS NULL", orders, nullptr, 0);
+        if (tsql) builder.BindDefault("df_zero", "ORDERS.QTY");
+        if (code == Platform("oracle")) {
+            builder.SetEntityStringProperty(orders, kStorageSpace, "USERS");
+            builder.SetEntityProperty(orders, kPctFree, 20);
+            builder.SetEntityProperty(orders, kInitial, 128);
+            builder.SetEntityProperty(orders, kLogging, 0);
+            builder.SetEntityStringProperty(orders, kDefinition, "Orders as placed");
+            builder.AddTablePartitionColumn(orders, "PLACED", 0);
+            const unsigned long early = builder.AddTablePartition(orders, "P_EARLY");
+            builder.SetPartitionStringProperty(early, kPartitionLimit, "DATE '2020-01-01'");
+            builder.SetPartitionProperty(early, kPctFree, 5);
+            const unsigned long late = builder.AddTablePartition(orders, "P_LATE");
+            builder.SetPartitionStringProperty(late, kPartitionLimit, "MAXVALUE");
+        }
+        const unsigned long index = builder.AddIndex(orders, "IX_PLACED");
+        builder.AddIndexColumn(index, "PLACED", 0, 1);
+        builder.SetIndexProperty(index, kUnique, 0);
+        if (code == Platform("db2zos")) {
+            builder.SetIndexStringProperty(index, kStorageGroup, "SG1");
+            builder.SetIndexProperty(index, kInitial, 720);
+            builder.SetIndexStringProperty(index, kBufferPool, "BP2");
+            builder.SetIndexStringProperty(index, kClose, "YES");
+            builder.SetIndexProperty(index, kCluster, 1);
+        }
+        const unsigned long lines = builder.AddEntity("ORDER_LINES", "APP", 0, 0);
+        builder.AddAttribute(lines, "ORDER_ID", "INTEGER", -1, -1, 0, 0);
+        builder.AddAttribute(lines, "LINE_NO", "SMALLINT", -1, -1, 0, 0);
+        builder.AddPrimaryKey(lines, "PK_LINES");
+        builder.AddPrimaryKeyColumn(lines, "ORDER_ID", 0);
+        builder.AddPrimaryKeyColumn(lines, "LINE_NO", 0);
+        const unsigned long key = builder.AddForeignKey(orders, lines, "FK_LINES", "ORDERS", "APP");
+        builder.AddForeignKeyColumnPair(key, "ID", "ORDER_ID", 0);
+        builder.SetForeignKeyProperty(key, kOnDeleteCascade, 1);
+        const CModel model = Saved(builder);
+        CDdlScript script;
+        const CModel back = RoundTrip(model, code, &script);
+        EXPECT_EQ(Changes(CompareModels(model, back)), "") << script.text;
+        EXPECT_TRUE(script.warnings.empty()) << script.warnings.front();
+        EXPECT_EQ(back.tables.size(), 2u);
+        // What the family writes is there to compare.
+        EXPECT_EQ(back.foreignKeys.size(), 1u);
+        EXPECT_EQ(back.checks.size(), 2u);
+        if (tsql) {
+            EXPECT_EQ(back.rules.size() + back.defaults.size() + back.userDatatypes.size(), 3u);
+        }
+        if (code == Platform("oracle")) {
+            EXPECT_EQ(back.partitions.size(), 2u);
+            EXPECT_EQ(back.tables[0].properties.size(), 2u);  // logging and the partition column
+            EXPECT_EQ(back.tables[0].definition, "Orders as placed");
+        }
+        if (code == Platform("db2zos")) {
+            EXPECT_EQ(back.tables[0].indexes.back().properties.size(), 3u);  // storage group, buffer pool, close
+        }
+    }
+}
+
 // Same platform: every sample's model comes back from its own DDL.
 TEST_F(DdlTest, EverySampleComesBackFromItsOwnScript) {
     const struct {
