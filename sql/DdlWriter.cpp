@@ -153,6 +153,7 @@ private:
     void DefaultsAndRules();
     void TypeBindings();
     void Table(const CModelTable& table);
+    bool Writable(const CModelCheck& check);
     std::string ColumnDefinition(const CModelTable& table, const CModelColumn& column);
     std::string ForeignKeyClause(const CModelForeignKey& key);
     void TableStorage(const CModelTable& table, std::string& statement);
@@ -345,7 +346,10 @@ std::string CWriter::ColumnDefinition(const CModelTable& table, const CModelColu
         SqlTypeName(m_types, column.datatype, 0, 0).find("FOR BIT DATA") == std::string::npos)
         definition += " FOR BIT DATA";
     if (!column.defaultText.empty()) {
-        if (!IsGeneric() || IsConstant(column.defaultText))
+        if (HoldsSeparatorLine(column.defaultText, m_dialect.family))
+            LeftOut("default of " + table.name + "." + column.name, "defaults of columns",
+                    "a line of the text would end the statement early");
+        else if (!IsGeneric() || IsConstant(column.defaultText))
             definition += " DEFAULT " + column.defaultText;
         else
             LeftOut("default " + column.defaultText + " of " + table.name + "." + column.name, "defaults of columns",
@@ -400,13 +404,24 @@ std::string CWriter::ForeignKeyClause(const CModelForeignKey& key) {
     return clause;
 }
 
+// A check's condition is written as the model holds it, unless a line of it
+// would end the statement early; then it is left out, and that is said.
+bool CWriter::Writable(const CModelCheck& check) {
+    if (!HoldsSeparatorLine(check.text, m_dialect.family)) return true;
+    LeftOut("check " + (check.name.empty() ? std::string("of ") : check.name + " of ") +
+                m_model.tables[static_cast<std::size_t>(check.table)].name,
+            "checks", "a line of the text would end the statement early");
+    return false;
+}
+
 void CWriter::Table(const CModelTable& table) {
     std::vector<std::string> elements;
     for (const CModelColumn& column : table.columns) {
         std::string definition = ColumnDefinition(table, column);
         for (int check : table.checks) {
             const CModelCheck& constraint = m_model.checks[static_cast<std::size_t>(check)];
-            if (AfxCompareNoCase(constraint.column.c_str(), column.name.c_str()) != 0 || constraint.column.empty())
+            if (AfxCompareNoCase(constraint.column.c_str(), column.name.c_str()) != 0 || constraint.column.empty() ||
+                !Writable(constraint))
                 continue;
             definition += (constraint.name.empty() ? std::string() : " CONSTRAINT " + m_dialect.Quote(constraint.name)) +
                           " CHECK (" + constraint.text + ")";
@@ -424,7 +439,7 @@ void CWriter::Table(const CModelTable& table) {
     }
     for (int check : table.checks) {
         const CModelCheck& constraint = m_model.checks[static_cast<std::size_t>(check)];
-        if (!constraint.column.empty()) continue;
+        if (!constraint.column.empty() || !Writable(constraint)) continue;
         elements.push_back((constraint.name.empty() ? std::string() : "CONSTRAINT " + m_dialect.Quote(constraint.name) + " ") +
                            "CHECK (" + constraint.text + ")");
     }

@@ -246,16 +246,19 @@ TEST_F(DdlTest, HostileNamesAndTextsKeepTheScriptWhole) {
         builder.AddPrimaryKeyColumn(table, "select", 0);
         builder.SetEntityStringProperty(table, 2, "a comment; with 'quotes'\nGO\n/");
         builder.AddProcedure("p", "dbo", "CREATE PROCEDURE p AS\nGO\n/\nSELECT 1 @", 1);
+        builder.AddCheckConstraint("ck", "\"select\" > 0\nGO\n/\n@", table, nullptr, 0);
         const CModel model = Saved(builder);
         CDdlScript script;
         const CModel back = RoundTrip(model, code, &script);
         CCompareOptions options;
-        options.code = false;  // its text cannot be written whole, and says so
+        options.code = options.checks = false;  // their texts cannot be written whole, and that is said
         EXPECT_EQ(Changes(CompareModels(model, back, options)), "") << script.text;
         ASSERT_EQ(back.tables.size(), 1u);
         EXPECT_EQ(back.tables[0].name, "we;ird \"name] GO");
         EXPECT_NE(script.text.find("-- left out: procedure p"), npos) << script.text;
+        EXPECT_NE(script.text.find("-- left out: check ck of we;ird"), npos) << script.text;
         EXPECT_TRUE(back.procedures.empty());
+        EXPECT_TRUE(back.checks.empty());
     }
 }
 
