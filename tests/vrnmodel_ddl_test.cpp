@@ -28,6 +28,11 @@ constexpr auto npos = std::string::npos;
 
 int Platform(const char* name) { return FindPlatformByName(name)->code; }
 
+std::string Upper(std::string text) {
+    for (char& ch : text) ch = AfxToUpperAscii(ch);
+    return text;
+}
+
 // The sample scripts whose names start with `prefix`, in name order.
 std::vector<std::string> SampleFiles(const std::string& prefix) {
     std::vector<std::string> names;
@@ -385,9 +390,7 @@ TEST_F(DdlTest, SqliteExecutesTheGenericScriptOfEverySample) {
     } samples[] = {
         {"mssql_instpubs", "sqlserver"}, {"flowable_mssql", "sqlserver"}, {"sybase_ase", "sybase"},
         {"mssql_obevo_ssms", "sqlserver"}, {"oracle_legacy_hr", "oracle"}, {"oracle_legacy_sh", "oracle"},
-        {"db2zos_genevaers", "db2zos"},
-        // db2luw_SAMPLE holds tables of one name under two owners, which
-        // SQLite cannot tell apart: see the next test for how they are written.
+        {"db2zos_genevaers", "db2zos"}, {"db2luw_SAMPLE", "db2"},
     };
     for (const auto& sample : samples) {
         SCOPED_TRACE(sample.prefix);
@@ -414,6 +417,30 @@ TEST_F(DdlTest, SqliteExecutesTheGenericScriptOfEverySample) {
         ASSERT_TRUE(ImportSqliteDatabase(database, importer, readError)) << readError;
         importer.Finish();
         const CModel back = Saved(builder);
+        // Names SQLite cannot tell apart are renamed (the next test shows
+        // how): the tables that hold them, and foreign keys to them, are set
+        // aside here.
+        std::map<std::string, int> names;
+        for (const CModelTable& table : model.tables) ++names[Upper(table.name)];
+        std::set<std::string> setAside, referencing;
+        for (const CModelTable& table : model.tables) {
+            std::set<std::string> columns;
+            bool clash = names[Upper(table.name)] > 1;
+            for (const CModelColumn& column : table.columns) clash = !columns.insert(Upper(column.name)).second || clash;
+            if (clash) setAside.insert(Upper(table.name));
+        }
+        for (const CModelForeignKey& key : model.foreignKeys)
+            if (key.parentTable >= 0 && key.childTable >= 0 &&
+                setAside.count(Upper(model.tables[static_cast<std::size_t>(key.parentTable)].name)))
+                referencing.insert(Upper(model.tables[static_cast<std::size_t>(key.childTable)].name));
+        EXPECT_EQ(setAside.size(), std::string(sample.prefix) == "db2luw_SAMPLE" ? 8u : 0u);
+        auto setAsideChange = [&](const CModelChange& change) {
+            std::string table = change.table.empty() ? change.object.substr(change.object.find(' ') + 1) : change.table;
+            table = Upper(table.substr(table.find('.') == std::string::npos ? 0 : table.find('.') + 1));
+            const bool renamed = change.change == EModelChange::Added && names.count(table) == 0;
+            return renamed || setAside.count(table) ||
+                   (referencing.count(table) && change.object.rfind("foreign key", 0) == 0);
+        };
         for (CModelTable& table : model.tables) table.owner.clear();
         CModel read = back;
         AlignWhatTheModelCannotCarryBack(model);
@@ -438,7 +465,7 @@ TEST_F(DdlTest, SqliteExecutesTheGenericScriptOfEverySample) {
                         column.width = 0;
                 }
         for (const CModelChange& change : CompareModels(model, read, compared))
-            if (!unsaid.count(change.field)) changes += change.Describe() + "\n";
+            if (!unsaid.count(change.field) && !setAsideChange(change)) changes += change.Describe() + "\n";
         EXPECT_EQ(changes, "");
     }
 }
