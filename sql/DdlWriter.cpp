@@ -55,7 +55,7 @@ std::string Upper(std::string text) {
 bool IsConstant(const std::string& text) {
     const std::size_t first = text.find_first_not_of(" (");
     const std::size_t last = text.find_last_not_of(" )");
-    if (first == std::string::npos) return false;
+    if (first == std::string::npos || last == std::string::npos || last < first) return false;
     const std::string core = text.substr(first, last - first + 1);
     if (core.front() == '\'' && core.back() == '\'' && core.size() >= 2) return true;
     static const char* const kWords[] = {"NULL", "CURRENT_TIMESTAMP", "CURRENT_DATE", "CURRENT_TIME"};
