@@ -394,7 +394,10 @@ private:
                 (isBefore ? values.before : values.after).insert(ValueOf(property, isBefore ? beforeTable : afterTable));
             }
         }
-        for (const auto& [number, values] : byNumber) {
+        for (const auto& entry : byNumber) {
+            // Named, not bound: a lambda may not capture a structured binding in C++17.
+            const int number = entry.first;
+            const CValues& values = entry.second;
             if (values.before == values.after) continue;
             const auto show = [&](const std::set<CPropertyValue>& set) {
                 std::string text;
