@@ -45,25 +45,60 @@ bool HoldsSeparatorLine(const std::string& text, EPlatformFamily family) {
     return false;
 }
 
+// A text for a comment line: a name or a default may hold line breaks,
+// after which the rest would be read as SQL. Long texts are cut.
+std::string OneLine(const std::string& text) {
+    constexpr std::size_t kLongest = 200;
+    std::string line;
+    for (char ch : text) {
+        if (line.size() >= kLongest) return line + "...";
+        line += static_cast<unsigned char>(ch) < 0x20 ? ' ' : ch;
+    }
+    return line;
+}
+
 std::string Upper(std::string text) {
     for (char& ch : text) ch = AfxToUpperAscii(ch);
     return text;
 }
 
 // Whether a column's default is a constant that any SQL takes, SQLite
-// included: a number, a string, NULL or the current date and time.
+// included: one string, a plain decimal number, NULL or the current date and
+// time, in parentheses or not.
 bool IsConstant(const std::string& text) {
     const std::size_t first = text.find_first_not_of(" (");
     const std::size_t last = text.find_last_not_of(" )");
     if (first == std::string::npos || last == std::string::npos || last < first) return false;
     const std::string core = text.substr(first, last - first + 1);
-    if (core.front() == '\'' && core.back() == '\'' && core.size() >= 2) return true;
+    if (core.size() >= 2 && core.front() == '\'' && core.back() == '\'') {
+        // One string: every quote inside is doubled.
+        for (std::size_t i = 1; i + 1 < core.size(); ++i) {
+            if (core[i] != '\'') continue;
+            if (core[i + 1] != '\'' || i + 2 == core.size()) return false;
+            ++i;
+        }
+        return true;
+    }
     static const char* const kWords[] = {"NULL", "CURRENT_TIMESTAMP", "CURRENT_DATE", "CURRENT_TIME"};
     for (const char* word : kWords)
         if (AfxCompareNoCase(core.c_str(), word) == 0) return true;
-    char* end = nullptr;
-    std::strtod(core.c_str(), &end);
-    return end && *end == '\0';
+    std::size_t i = core[0] == '-' || core[0] == '+' ? 1 : 0;
+    bool digits = false, point = false;
+    for (; i < core.size(); ++i) {
+        if (std::isdigit(static_cast<unsigned char>(core[i]))) digits = true;
+        else if (core[i] == '.' && !point) point = true;
+        else return false;
+    }
+    return digits;
+}
+
+// Whether an index carries physical options of its own.
+bool HasOptions(const CModelIndex& index) {
+    if (index.clustered || !index.storageSpace.empty() || !index.properties.empty() || !index.partitions.empty())
+        return true;
+    for (int value : index.storageParams)
+        if (value >= 0) return true;
+    return false;
 }
 
 // The name of the default or rule `id`; null when the model has none of that number.
@@ -139,6 +174,24 @@ private:
         if (!IsGeneric()) return m_dialect.Qualified(table.owner, table.name);
         return m_dialect.Quote(m_tableNames[static_cast<std::size_t>(&table - m_model.tables.data())]);
     }
+    // db.ts with each part quoted as it needs.
+    // Whether a primary key's options are written on a unique index of its
+    // own: DB2 builds the key on such an index, and a model of a DB2
+    // platform takes the index as the key's.
+    bool OptionsOnUniqueIndex(const CModelIndex& key) const {
+        return m_options.storage && IsDb2() && PlatformHasRule(m_platform, kRuleConsolidatePrimaryKey) &&
+               HasOptions(key);
+    }
+    std::string QuotedParts(const std::string& dotted) const {
+        std::string quoted;
+        for (std::size_t from = 0;;) {
+            const std::size_t dot = dotted.find('.', from);
+            quoted += m_dialect.Quote(dotted.substr(from, dot == std::string::npos ? std::string::npos : dot - from));
+            if (dot == std::string::npos) return quoted;
+            quoted += ".";
+            from = dot + 1;
+        }
+    }
     std::string IndexName(const CModelIndex& index) const {
         const auto named = m_indexNames.find(&index);
         return m_dialect.Quote(named == m_indexNames.end() ? index.name : named->second);
@@ -195,7 +248,7 @@ void CWriter::CodeBlock(const std::string& text) {
 }
 
 void CWriter::LeftOut(const std::string& what, const std::string& kind, const std::string& reason, int count) {
-    m_out << "-- left out: " << what << " (" << reason << ")\n";
+    m_out << "-- left out: " << OneLine(what) << " (" << reason << ")\n";
     m_leftOut[{kind, reason}] += count;
 }
 
@@ -212,7 +265,7 @@ std::string CWriter::ColumnList(const CModelTable& table, const std::vector<std:
 
 void CWriter::Write() {
     const CPlatformInfo* platform = FindPlatform(m_platform);
-    m_out << "-- " << (m_model.modelName.empty() ? std::string("Model") : m_model.modelName) << " for "
+    m_out << "-- " << (m_model.modelName.empty() ? std::string("Model") : OneLine(m_model.modelName)) << " for "
           << (platform && *platform->name ? platform->name : "generic SQL") << " (" << Family()
           << "), written by vrnmodel\n";
     if (IsGeneric()) {
@@ -258,7 +311,6 @@ bool CWriter::SameFamily() const {
 void CWriter::NameTablesAndIndexes() {
     std::map<std::string, int> taken;  // upper-cased name -> times used
     auto take = [&](const std::string& name) { return taken[Upper(name)]++ == 0; };
-    m_tableNames.resize(m_model.tables.size());
     // `base`, or `base` with a suffix, whichever is free first.
     auto free = [&](const std::string& base, std::map<std::string, int>& names) {
         std::string name = base;
@@ -269,12 +321,15 @@ void CWriter::NameTablesAndIndexes() {
     for (std::size_t i = 0; i < m_model.tables.size(); ++i) {
         const CModelTable& table = m_model.tables[i];
         m_tableNames[i] = table.name;
-        if (!Included(table) || take(table.name)) continue;
+        if (!Included(table)) continue;
+        const bool reserved = Upper(table.name).rfind("SQLITE_", 0) == 0;  // SQLite's own
+        if (!reserved && take(table.name)) continue;
         const std::size_t end = table.owner.find_last_not_of(' ');
         m_tableNames[i] = free((end == std::string::npos ? std::string("T") : table.owner.substr(0, end + 1)) + "_" +
                                    table.name, taken);
-        LeftOut("the name " + table.name + " of " + table.owner + "." + table.name + ", written " + m_tableNames[i],
-                "names of tables", "another table has it");
+        LeftOut("the name " + table.name + " of " + m_dialect.Qualified(table.owner, table.name) + ", written " +
+                    m_tableNames[i],
+                "names of tables", "another table has it, or SQLite keeps it for itself");
     }
     for (std::size_t i = 0; i < m_model.tables.size(); ++i) {
         const CModelTable& table = m_model.tables[i];
@@ -313,7 +368,7 @@ void CWriter::UserDatatypes() {
     for (const CModelUserDatatype& type : m_model.userDatatypes) {
         const std::string base = TypeName(m_types, m_platform, type.datatype, type.length, type.scale);
         if (IsTransactSql())
-            Statement("EXEC sp_addtype " + m_dialect.Quote(type.name) + ", " + CDialect::Literal(base));
+            Statement("EXEC sp_addtype " + CDialect::Literal(type.name) + ", " + CDialect::Literal(base));
         else if (IsDb2())
             Statement("CREATE DISTINCT TYPE " + m_dialect.Quote(type.name) + " AS " + base + " WITH COMPARISONS");
         else
@@ -384,16 +439,16 @@ std::string CWriter::ForeignKeyClause(const CModelForeignKey& key) {
     std::string clause = (key.name.empty() ? std::string() : "CONSTRAINT " + m_dialect.Quote(key.name) + " ") +
                          "FOREIGN KEY " + ColumnList(m_model.tables[static_cast<std::size_t>(key.childTable)], childColumns) +
                          " REFERENCES " + TableName(parent) + " " + ColumnList(parent, parentColumns);
-    auto action = [&](char code, bool onDelete) -> std::string {
+    auto action = [&](char code) -> std::string {
         switch (code) {
             case 'C': return "CASCADE";
-            case 'S': return onDelete ? "SET NULL" : "";
+            case 'S': return "SET NULL";
             // T-SQL's NO ACTION is its restrict; Oracle restricts without being told.
             case 'R': return IsTransactSql() || IsOracle() ? "" : "RESTRICT";
             default: return "";
         }
     };
-    const std::string onDelete = action(key.onDelete, true), onUpdate = action(key.onUpdate, false);
+    const std::string onDelete = action(key.onDelete), onUpdate = action(key.onUpdate);
     if (!onDelete.empty()) clause += " ON DELETE " + onDelete;
     if (!onUpdate.empty()) {
         if (IsOracle())
@@ -415,13 +470,16 @@ bool CWriter::Writable(const CModelCheck& check) {
 }
 
 void CWriter::Table(const CModelTable& table) {
+    if (table.columns.empty()) {
+        LeftOut("table " + table.name, "tables without columns", "no SQL creates a table without columns");
+        return;
+    }
     std::vector<std::string> elements;
     for (const CModelColumn& column : table.columns) {
         std::string definition = ColumnDefinition(table, column);
         for (int check : table.checks) {
             const CModelCheck& constraint = m_model.checks[static_cast<std::size_t>(check)];
-            if (AfxCompareNoCase(constraint.column.c_str(), column.name.c_str()) != 0 || constraint.column.empty() ||
-                !Writable(constraint))
+            if (constraint.column != column.name || constraint.column.empty() || !Writable(constraint))
                 continue;
             definition += (constraint.name.empty() ? std::string() : " CONSTRAINT " + m_dialect.Quote(constraint.name)) +
                           " CHECK (" + constraint.text + ")";
@@ -432,7 +490,11 @@ void CWriter::Table(const CModelTable& table) {
         const CModelIndex& key = table.indexes[static_cast<std::size_t>(table.primaryKey)];
         std::vector<std::string> columns;
         for (const CModelIndexColumn& column : key.columns) columns.push_back(column.name);
-        std::string clause = key.name.empty() ? std::string() : "CONSTRAINT " + m_dialect.Quote(key.name) + " ";
+        // A key whose options go on its own unique index (DB2) is left
+        // unnamed: the index, written after the table, gives it its name.
+        const bool namedByIndex = OptionsOnUniqueIndex(key);
+        std::string clause =
+            key.name.empty() || namedByIndex ? std::string() : "CONSTRAINT " + m_dialect.Quote(key.name) + " ";
         clause += "PRIMARY KEY";
         if (IsTransactSql()) clause += key.clustered ? " CLUSTERED" : " NONCLUSTERED";
         elements.push_back(clause + " " + ColumnList(table, columns));
@@ -447,7 +509,11 @@ void CWriter::Table(const CModelTable& table) {
     if (IsGeneric()) {
         for (int key : table.foreignKeys) {
             const CModelForeignKey& foreignKey = m_model.foreignKeys[static_cast<std::size_t>(key)];
-            if (foreignKey.parentTable >= 0) elements.push_back(ForeignKeyClause(foreignKey));
+            if (foreignKey.parentTable >= 0)
+                elements.push_back(ForeignKeyClause(foreignKey));
+            else
+                LeftOut("foreign key " + foreignKey.name + " of " + table.name, "foreign keys",
+                        "the model names no parent table");
         }
     }
     std::string statement = "CREATE TABLE " + TableName(table) + " (\n";
@@ -466,7 +532,7 @@ void CWriter::TableStorage(const CModelTable& table, std::string& statement) {
         else if (IsOracle())
             statement += " TABLESPACE " + m_dialect.Quote(table.storageSpace);
         else if (IsDb2())
-            statement += " IN " + table.storageSpace;  // db.ts, as the catalog names it
+            statement += " IN " + QuotedParts(table.storageSpace);  // db.ts, as the catalog names it
         else
             LeftOut("storage space " + table.storageSpace + " of " + table.name, "storage spaces", "generic SQL has none");
     }
@@ -537,8 +603,20 @@ void CWriter::Partitions(const CModelTable& table, const std::vector<int>& parti
 
 void CWriter::Indexes(const CModelTable& table) {
     for (std::size_t i = 0; i < table.indexes.size(); ++i) {
-        if (static_cast<int>(i) == table.primaryKey) continue;
         const CModelIndex& index = table.indexes[i];
+        if (static_cast<int>(i) == table.primaryKey) {
+            // The options of a primary key's index: DB2 builds the key on a
+            // unique index of its columns, which a model of DB2 takes as the
+            // key's own. Elsewhere the key has no index statement to hold them.
+            if (!m_options.storage || !HasOptions(index) || (IsTransactSql() && index.storageSpace.empty() &&
+                                                            index.properties.empty() && index.partitions.empty()))
+                continue;
+            if (!OptionsOnUniqueIndex(index)) {
+                LeftOut("the physical options of primary key " + index.name + " of " + table.name,
+                        "options of primary keys", Family() + " writes none for a primary key");
+                continue;
+            }
+        }
         std::string statement = "CREATE ";
         if (index.unique) statement += "UNIQUE ";
         if (IsTransactSql()) statement += index.clustered ? "CLUSTERED " : "NONCLUSTERED ";

@@ -49,15 +49,16 @@ const CForeignSign kForeignSigns[] = {
 // Words that stand for themselves in one dialect or another: a name spelled
 // like one of them is quoted in every dialect, which each of them accepts.
 const char* const kReservedWords[] = {
-    "ACCESS", "ADD", "ALL", "ALTER", "AND", "ANY", "AS", "ASC", "AUDIT", "BEGIN", "BETWEEN", "BY", "CASE", "CHECK",
-    "CLUSTER", "COLUMN", "COMMENT", "COMMIT", "CONNECT", "CONSTRAINT", "CREATE", "CROSS", "CURRENT", "DATABASE",
-    "DATE", "DEFAULT", "DELETE", "DESC", "DISTINCT", "DROP", "ELSE", "END", "EXEC", "EXECUTE", "EXISTS", "FILE",
-    "FOR", "FOREIGN", "FROM", "FULL", "FUNCTION", "GO", "GRANT", "GROUP", "HAVING", "IDENTITY", "IF", "IN", "INDEX",
-    "INNER", "INSERT", "INTO", "IS", "JOIN", "KEY", "LEFT", "LEVEL", "LIKE", "LOCK", "MODE", "NOT", "NULL", "NUMBER",
-    "OF", "ON", "OPTION", "OR", "ORDER", "OUTER", "PERCENT", "PLAN", "PRIMARY", "PROCEDURE", "PUBLIC", "REFERENCES",
-    "RESOURCE", "RIGHT", "ROW", "ROWID", "ROWNUM", "ROWS", "RULE", "SCHEMA", "SELECT", "SESSION", "SET", "SIZE",
-    "TABLE", "THEN", "TO", "TRIGGER", "UID", "UNION", "UNIQUE", "UPDATE", "USER", "VALUES", "VIEW", "WHEN", "WHERE",
-    "WITH",
+    "ACCESS", "ADD", "ALL", "ALTER", "AND", "ANY", "AS", "ASC", "AUDIT", "AUTOINCREMENT", "BEGIN", "BETWEEN", "BY",
+    "CASE", "CHECK", "CLUSTER", "COLLATE", "COLUMN", "COMMENT", "COMMIT", "CONNECT", "CONSTRAINT", "CREATE", "CROSS",
+    "CURRENT", "DATABASE", "DATE", "DEFAULT", "DEFERRABLE", "DELETE", "DESC", "DISTINCT", "DROP", "ELSE", "END",
+    "ESCAPE", "EXCEPT", "EXEC", "EXECUTE", "EXISTS", "FILE", "FOR", "FOREIGN", "FROM", "FULL", "FUNCTION", "GO",
+    "GRANT", "GROUP", "HAVING", "IDENTITY", "IF", "IN", "INDEX", "INNER", "INSERT", "INTERSECT", "INTO", "IS",
+    "ISNULL", "JOIN", "KEY", "LEFT", "LEVEL", "LIKE", "LIMIT", "LOCK", "LONG", "MODE", "NOT", "NOTHING", "NOTNULL",
+    "NULL", "NUMBER", "OF", "ON", "OPTION", "OR", "ORDER", "OUTER", "PERCENT", "PLAN", "PRIMARY", "PROC",
+    "PROCEDURE", "PUBLIC", "REFERENCES", "RESOURCE", "RETURNING", "RIGHT", "ROW", "ROWID", "ROWNUM", "ROWS", "RULE",
+    "SCHEMA", "SELECT", "SESSION", "SET", "SIZE", "START", "SYSDATE", "TABLE", "THEN", "TO", "TOP", "TRANSACTION",
+    "TRIGGER", "UID", "UNION", "UNIQUE", "UPDATE", "USER", "USING", "VALUES", "VIEW", "WHEN", "WHERE", "WITH",
 };
 
 bool IsReserved(const std::string& upper) {
@@ -69,7 +70,9 @@ bool IsReserved(const std::string& upper) {
 }  // namespace
 
 std::string CDialect::Quote(const std::string& name) const {
-    bool plain = !name.empty() && !std::isdigit(static_cast<unsigned char>(name[0]));
+    // Oracle and DB2 names start with a letter; T-SQL and SQLite take a leading _ too.
+    const bool foldsCase = family != EPlatformFamily::TransactSql && family != EPlatformFamily::Other;
+    bool plain = !name.empty() && !std::isdigit(static_cast<unsigned char>(name[0])) && !(foldsCase && name[0] == '_');
     bool upper = false, lower = false;
     for (char ch : name) {
         const unsigned char c = static_cast<unsigned char>(ch);
@@ -77,7 +80,6 @@ std::string CDialect::Quote(const std::string& name) const {
         upper = upper || std::isupper(c);
         lower = lower || std::islower(c);
     }
-    const bool foldsCase = family != EPlatformFamily::TransactSql && family != EPlatformFamily::Other;
     if (plain && !IsReserved(UpperAscii(name)) && !(foldsCase && upper && lower)) return name;
     const char open = family == EPlatformFamily::TransactSql ? '[' : '"';
     const char close = family == EPlatformFamily::TransactSql ? ']' : '"';

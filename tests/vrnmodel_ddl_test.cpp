@@ -53,6 +53,7 @@ protected:
         for (const std::string& script : scripts) importer.ImportScript("script.sql", script);
         importer.Finish();
         m_warnings = report.warnings;
+        m_skipped = report.skipped;
         return Saved(builder);
     }
     CModel ImportFiles(int platform, const std::vector<std::string>& paths) {
@@ -89,6 +90,7 @@ protected:
 
     CScratchDir m_dir;
     std::vector<std::string> m_warnings;
+    std::map<std::string, int> m_skipped;  // of the last import, by kind
     int m_saved = 0;
 };
 
@@ -131,7 +133,7 @@ TEST_F(DdlTest, TransactSqlScriptOfASmallModel) {
     const CDdlScript script = WriteDdl(model, CDdlOptions());
     EXPECT_EQ(script.text,
               "-- Model for Microsoft SQL Server 2000 (T-SQL), written by vrnmodel\n"
-              "EXEC sp_addtype Flag, 'tinyint'\nGO\n"
+              "EXEC sp_addtype 'Flag', 'tinyint'\nGO\n"
               "CREATE DEFAULT df_zero AS 0\nGO\n"
               "CREATE RULE r_flag AS @v IN (0, 1)\nGO\n"
               "EXEC sp_bindrule 'r_flag', 'Flag'\nGO\n"
@@ -477,14 +479,17 @@ TEST_F(DdlTest, GenericNamesThatWouldClashInSqliteAreRenamedAndSaid) {
     const CModel model = Import(Platform("db2"), {
         "CREATE TABLE A.T (\"ID\" INTEGER NOT NULL, \"id\" INTEGER, PRIMARY KEY (\"ID\"));\n"
         "CREATE TABLE B.T (X INTEGER);\n"
-        "CREATE INDEX A.T ON A.T (\"ID\" DESC);\n"});
+        "CREATE INDEX A.T ON A.T (\"ID\" DESC);\n"
+        "CREATE TABLE sqlite_stat9 (Y INTEGER);\n"});
     CDdlOptions options;
     options.platform = 0;
     const CDdlScript script = WriteDdl(model, options);
     EXPECT_EQ(script.text,
               "-- Model for UNKNOWN (generic SQL), written by vrnmodel\n"
               "-- left out: the owners of 2 tables (generic SQL names tables alone)\n"
-              "-- left out: the name T of B.T, written B_T (another table has it)\n"
+              "-- left out: the name T of B.T, written B_T (another table has it, or SQLite keeps it for itself)\n"
+              "-- left out: the name sqlite_stat9 of sqlite_stat9, written T_sqlite_stat9 (another table has it, or SQLite "
+              "keeps it for itself)\n"
               "-- left out: the name T of an index of T, written T_T (a table or another index has it)\n"
               "-- left out: the name id of a column of T, written id_2 (another column differs from it in letter case only)\n"
               "CREATE TABLE T (\n"
@@ -495,11 +500,14 @@ TEST_F(DdlTest, GenericNamesThatWouldClashInSqliteAreRenamedAndSaid) {
               "CREATE TABLE B_T (\n"
               "  X INTEGER\n"
               ");\n"
+              "CREATE TABLE T_sqlite_stat9 (\n"
+              "  Y INTEGER\n"
+              ");\n"
               "CREATE INDEX T_T ON T (ID DESC);\n");
     EXPECT_EQ(script.warnings,
               (std::vector<std::string>{"names of columns left out (1): another column differs from it in letter case only",
                                         "names of indexes left out (1): a table or another index has it",
-                                        "names of tables left out (1): another table has it",
+                                        "names of tables left out (2): another table has it, or SQLite keeps it for itself",
                                         "owners of tables left out (2): generic SQL names tables alone"}));
     sqlite3* db = nullptr;
     ASSERT_EQ(sqlite3_open(":memory:", &db), SQLITE_OK);
@@ -576,6 +584,73 @@ TEST_F(CommandLineTest, DdlWritesTheScriptAndSaysWhatItLeftOut) {
     EXPECT_EQ(Run("ddl " + model + " -o " + model), 1);  // never over its input
     EXPECT_EQ(Run("ddl " + m_dir.File("s.sql")), 1);     // a script is no model
     EXPECT_EQ(Run("ddl"), 2);
+}
+
+// What a user's names and texts hold never becomes SQL of its own: a line
+// break in a name or a default that a comment line carries, a DB2 storage
+// space with a semicolon, a T-SQL type named like a reserved word.
+TEST_F(DdlTest, NamesAndTextsInCommentsAndClausesStayInside) {
+    const CModel model = Import(Platform("oracle"), {
+        "CREATE TABLE \"a\nDROP TABLE victim;\n--\" (id NUMBER(10) NOT NULL, d NUMBER DEFAULT (1 +\n2));\n"
+        "COMMENT ON TABLE \"a\nDROP TABLE victim;\n--\" IS 'hello';\n"});
+    for (const char* platform : {"sqlserver", "oracle"}) {
+        CDdlScript script;
+        const CModel back = RoundTrip(model, Platform(platform), &script);
+        ASSERT_EQ(back.tables.size(), 1u) << script.text;
+        EXPECT_EQ(back.tables[0].name, "a\nDROP TABLE victim;\n--");
+        EXPECT_EQ(m_skipped.count("DROP"), 0u) << platform << ":\n" << script.text;
+    }
+    CDdlOptions generic;
+    generic.platform = 0;
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(":memory:", &db), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(db, "CREATE TABLE victim (x)", nullptr, nullptr, nullptr), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(db, WriteDdl(model, generic).text.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(db);
+    EXPECT_EQ(sqlite3_exec(db, "SELECT * FROM victim", nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(db);
+
+    const CModel db2 = Import(Platform("db2"), {"CREATE TABLE t (a INTEGER) IN \"ts;DROP TABLE victim\";\n"});
+    CDdlScript script;
+    const CModel back = RoundTrip(db2, Platform("db2"), &script);
+    EXPECT_NE(script.text.find(") IN \"ts;DROP TABLE victim\";\n"), npos) << script.text;
+    EXPECT_EQ(Changes(CompareModels(db2, back)), "");
+
+    const CModel tsql = Import(Platform("sqlserver"), {
+        "EXEC sp_addtype 'Level', 'varchar(20)'\nGO\nCREATE TABLE notes (id int NOT NULL, body Level NULL)\nGO\n"});
+    const CModel tsqlBack = RoundTrip(tsql, Platform("sqlserver"), &script);
+    EXPECT_EQ(Changes(CompareModels(tsql, tsqlBack)), "") << script.text;
+}
+
+// DB2 keeps a primary key's physical options on the unique index the key
+// is built on: they are written there, and come back on the key.
+TEST_F(DdlTest, Db2PrimaryKeysKeepTheirIndexOptions) {
+    const CModel model = Import(Platform("db2zos"), {
+        "CREATE TABLE OWN1.T1 (ID INTEGER NOT NULL, PRIMARY KEY (ID)) IN DB1.TS1;\n"
+        "CREATE UNIQUE INDEX OWN1.IX1 ON OWN1.T1 (ID) USING STOGROUP SG1 PRIQTY 48 SECQTY 48 CLUSTER BUFFERPOOL BP2\n"
+        " GBPCACHE CHANGED COPY YES DEFINE NO PCTFREE 10;\n"});
+    ASSERT_EQ(model.tables.size(), 1u);
+    ASSERT_EQ(model.tables[0].indexes.size(), 1u);
+    EXPECT_EQ(model.tables[0].indexes[0].properties.size(), 5u);
+    CDdlScript script;
+    const CModel back = RoundTrip(model, Platform("db2zos"), &script);
+    EXPECT_EQ(Changes(CompareModels(model, back)), "") << script.text;
+    EXPECT_NE(script.text.find("  PRIMARY KEY (ID)\n"), npos) << script.text;
+    EXPECT_NE(script.text.find("CREATE UNIQUE INDEX IX1 ON OWN1.T1 (ID) CLUSTER PRIQTY 48"), npos) << script.text;
+}
+
+// A check of one column belongs to that column alone, even where another
+// differs from it in letter case only; a table without columns is no
+// statement any SQL takes.
+TEST_F(DdlTest, ChecksGoWithTheirOwnColumnAndEmptyTablesAreSaid) {
+    const CModel model = Import(Platform("sqlserver"), {
+        "CREATE TABLE t ([a] int NULL CONSTRAINT ck_a CHECK (a > 0), [A] int NULL)\nGO\nCREATE TABLE e ()\nGO\n"});
+    CDdlScript script;
+    const CModel back = RoundTrip(model, Platform("sqlserver"), &script);
+    EXPECT_EQ(back.checks.size(), 1u) << script.text;
+    EXPECT_NE(script.text.find("-- left out: table e (no SQL creates a table without columns)\n"), npos) << script.text;
+    EXPECT_EQ(script.warnings,
+              (std::vector<std::string>{"tables without columns left out (1): no SQL creates a table without columns"}));
 }
 
 }  // namespace
