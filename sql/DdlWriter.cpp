@@ -113,15 +113,22 @@ const std::string* NameOf(const std::vector<CModelNamedText>& list, std::uint32_
 // spells both FLT and DBL "float", and "double precision" keeps DBL apart.
 // Oracle takes none but its own names.
 std::string TypeName(ETypeDialect types, int platform, const std::string& code, int width, int scale) {
-    auto readsBack = [&](ETypeDialect dialect) {
+    auto readBack = [&](ETypeDialect dialect) -> std::string {
         std::string bare = SqlTypeName(dialect, code, 0, 0);
         const std::size_t paren = bare.find('(');
         if (paren != std::string::npos) bare = bare.substr(0, bare.find_last_not_of(' ', paren - 1) + 1);
         const char* back = TranslateDatatypeName(bare.c_str(), platform);
-        return back && code == back;
+        return back ? back : "";
     };
-    if (!readsBack(types) && types != ETypeDialect::Oracle && readsBack(ETypeDialect::Generic))
+    // Oracle's own names that the model knows no code for (BINARY_FLOAT)
+    // give way too; its names of other codes (NUMBER(1) for BIT) stay.
+    const std::string own = readBack(types);
+    if (own != code && (types != ETypeDialect::Oracle || own.empty()) && readBack(ETypeDialect::Generic) == code)
         return SqlTypeName(ETypeDialect::Generic, code, width, scale);
+    // T-SQL spells its largest variable lengths max.
+    constexpr int kMax = 2147483647;
+    if (types == ETypeDialect::TransactSql && width == kMax && (code == "VAR" || code == "VAN" || code == "VBN"))
+        return SqlTypeName(types, code, 1, 0).replace(SqlTypeName(types, code, 1, 0).find("(1)"), 3, "(max)");
     std::string name = SqlTypeName(types, code, width, scale);
     // Large objects have a length of their own in DB2 and in standard SQL.
     // The model gives every column without one a width of 10, which no real
@@ -268,6 +275,8 @@ void CWriter::Write() {
     m_out << "-- " << (m_model.modelName.empty() ? std::string("Model") : OneLine(m_model.modelName)) << " for "
           << (platform && *platform->name ? platform->name : "generic SQL") << " (" << Family()
           << "), written by vrnmodel\n";
+    // SQL*Plus would read an & in a text as the start of a variable to ask for.
+    if (IsOracle()) m_out << "SET DEFINE OFF\n";
     if (IsGeneric()) {
         int owned = 0;
         for (const CModelTable& table : m_model.tables)
@@ -381,7 +390,10 @@ void CWriter::DefaultsAndRules() {
     for (const auto* list : {&m_model.defaults, &m_model.rules}) {
         const bool rules = list == &m_model.rules;
         for (const CModelNamedText& object : *list) {
-            if (IsTransactSql())
+            if (IsTransactSql() && HoldsSeparatorLine(object.text, m_dialect.family))
+                LeftOut(std::string(rules ? "rule " : "default ") + object.name, rules ? "rules" : "defaults",
+                        "a line of the text would end the statement early");
+            else if (IsTransactSql())
                 Statement(std::string(rules ? "CREATE RULE " : "CREATE DEFAULT ") + m_dialect.Quote(object.name) +
                           " AS " + object.text);
             else
@@ -646,7 +658,9 @@ void CWriter::Comments(const CModelTable& table) {
         if (!column.definition.empty())
             comments.emplace_back("COLUMN " + TableName(table) + "." + ColumnName(table, column.name), column.definition);
     for (const auto& [target, text] : comments) {
-        if (IsOracle() || IsDb2())
+        if (HoldsSeparatorLine(text, m_dialect.family))
+            LeftOut("comment on " + target, "comments", "a line of the text would end the statement early");
+        else if (IsOracle() || IsDb2())
             Statement("COMMENT ON " + target + " IS " + CDialect::Literal(text));
         else
             LeftOut("comment on " + target, "comments", Family() + " has no COMMENT ON");
@@ -664,7 +678,10 @@ void CWriter::Bindings(const CModelTable& table) {
             if (id == 0 || (type && id == (rule ? type->ruleId : type->defaultId))) continue;
             const std::string* name = NameOf(rule ? m_model.rules : m_model.defaults, id);
             if (!name) continue;
-            const std::string target = table.name + "." + column.name;
+            const std::size_t end = table.owner.find_last_not_of(' ');
+            const std::string target =
+                (end == std::string::npos ? std::string() : table.owner.substr(0, end + 1) + ".") + table.name + "." +
+                column.name;
             if (IsTransactSql())
                 Statement(std::string(rule ? "EXEC sp_bindrule " : "EXEC sp_bindefault ") + CDialect::Literal(*name) +
                           ", " + CDialect::Literal(target));
@@ -697,6 +714,10 @@ void CWriter::ForeignKeys() {
         if (!Included(child)) continue;
         if (key.parentTable < 0) {
             LeftOut("foreign key " + key.name + " of " + child.name, "foreign keys", "the model names no parent table");
+            continue;
+        }
+        if (!Included(m_model.tables[static_cast<std::size_t>(key.parentTable)])) {
+            LeftOut("foreign key " + key.name + " of " + child.name, "foreign keys", "its parent is not written");
             continue;
         }
         Statement("ALTER TABLE " + TableName(child) + " ADD " + ForeignKeyClause(key));

@@ -150,7 +150,7 @@ TEST_F(DdlTest, TransactSqlScriptOfASmallModel) {
               "  PRIMARY KEY NONCLUSTERED (Id)\n"
               ")\nGO\n"
               "CREATE NONCLUSTERED INDEX IX_Qty ON dbo.[Order Lines] (Qty DESC)\nGO\n"
-              "EXEC sp_bindefault 'df_zero', 'Order Lines.Qty'\nGO\n"
+              "EXEC sp_bindefault 'df_zero', 'dbo.Order Lines.Qty'\nGO\n"
               "ALTER TABLE dbo.Orders ADD FOREIGN KEY (LineId) REFERENCES dbo.[Order Lines] (Id) ON DELETE CASCADE\nGO\n"
               "CREATE PROCEDURE dbo.touch AS UPDATE dbo.Orders SET Id = Id\nGO\n");
     EXPECT_TRUE(script.warnings.empty());
@@ -171,6 +171,7 @@ TEST_F(DdlTest, OracleScriptOfASmallModel) {
     const CDdlScript script = WriteDdl(model, CDdlOptions());
     EXPECT_EQ(script.text,
               "-- Model for Oracle 9i (Oracle), written by vrnmodel\n"
+              "SET DEFINE OFF\n"
               "CREATE TABLE hr.jobs (\n"
               "  job_id VARCHAR2(10) NOT NULL,\n"
               "  title VARCHAR2(35),\n"
@@ -651,6 +652,27 @@ TEST_F(DdlTest, ChecksGoWithTheirOwnColumnAndEmptyTablesAreSaid) {
     EXPECT_NE(script.text.find("-- left out: table e (no SQL creates a table without columns)\n"), npos) << script.text;
     EXPECT_EQ(script.warnings,
               (std::vector<std::string>{"tables without columns left out (1): no SQL creates a table without columns"}));
+}
+
+// Types are written so that they read back to their datatype code: T-SQL's
+// float is FLT and DBL alike, Oracle has no REAL of its own name, and T-SQL
+// writes its largest lengths as max.
+TEST_F(DdlTest, TypesReadBackToTheirCodes) {
+    const CModel model = Import(Platform("sqlserver"), {
+        "CREATE TABLE t (a real NULL, b float NULL, c double precision NULL, d varchar(max) NULL,\n"
+        " e nvarchar(max) NULL, f varchar(20) NULL)\nGO\n"});
+    for (const char* platform : {"sqlserver", "oracle", "db2", "sqlite"}) {
+        SCOPED_TRACE(platform);
+        CDdlScript script;
+        const CModel back = RoundTrip(model, Platform(platform), &script);
+        ASSERT_EQ(back.tables.size(), 1u) << script.text;
+        std::vector<std::string> codes;
+        for (const CModelColumn& column : back.tables[0].columns) codes.push_back(column.datatype);
+        EXPECT_EQ(codes, (std::vector<std::string>{"SFL", "FLT", "DBL", "VAR", "VAN", "VAR"})) << script.text;
+    }
+    const std::string tsql = WriteDdl(model, CDdlOptions()).text;
+    EXPECT_NE(tsql.find("  d varchar(max) NULL,\n  e nvarchar(max) NULL,"), npos) << tsql;
+    EXPECT_NE(tsql.find("  c DOUBLE PRECISION NULL,"), npos) << tsql;
 }
 
 }  // namespace
