@@ -12,6 +12,7 @@
 
 #include "Dialect.h"
 #include "OptionForms.h"
+#include "SqlLexer.h"
 
 namespace {
 
@@ -157,6 +158,10 @@ private:
     }
     bool IsGeneric() const { return m_dialect.family == EPlatformFamily::Other; }
     bool SameFamily() const;
+    // An expression of the model (a default, a check) as the target spells
+    // its quoted names and strings: [a] and N'x' of T-SQL become "a" and 'x'.
+    // Functions and operators stay as written.
+    std::string Expression(const std::string& text) const;
     // The target's family as messages name it.
     std::string Family() const { return IsGeneric() ? "generic SQL" : m_dialect.Name(); }
     std::string SourceFamily() const {
@@ -314,6 +319,23 @@ bool CWriter::SameFamily() const {
     return DialectOfPlatform(m_model.platform, false).family == m_dialect.family;
 }
 
+std::string CWriter::Expression(const std::string& text) const {
+    if (SameFamily()) return text;
+    std::string out;
+    std::size_t at = 0;
+    for (const CToken& token : Tokenize(text)) {
+        out.append(text, at, token.begin - at);
+        if (token.kind == CTokenKind::QuotedIdent)
+            out += m_dialect.Quote(token.text);
+        else if (token.kind == CTokenKind::String)
+            out += CDialect::Literal(token.text);
+        else
+            out.append(text, token.begin, token.end - token.begin);
+        at = token.end;
+    }
+    return out + text.substr(std::min(at, text.size()));
+}
+
 // SQLite keeps tables and indexes in one name space, without owners: a
 // name taken already is written with its owner (a table) or its table (an
 // index) joined to it, and that is said.
@@ -416,8 +438,8 @@ std::string CWriter::ColumnDefinition(const CModelTable& table, const CModelColu
         if (HoldsSeparatorLine(column.defaultText, m_dialect.family))
             LeftOut("default of " + table.name + "." + column.name, "defaults of columns",
                     "a line of the text would end the statement early");
-        else if (!IsGeneric() || IsConstant(column.defaultText))
-            definition += " DEFAULT " + column.defaultText;
+        else if (!IsGeneric() || IsConstant(Expression(column.defaultText)))
+            definition += " DEFAULT " + Expression(column.defaultText);
         else
             LeftOut("default " + column.defaultText + " of " + table.name + "." + column.name, "defaults of columns",
                     "generic SQL takes constant defaults only");
@@ -494,7 +516,7 @@ void CWriter::Table(const CModelTable& table) {
             if (constraint.column != column.name || constraint.column.empty() || !Writable(constraint))
                 continue;
             definition += (constraint.name.empty() ? std::string() : " CONSTRAINT " + m_dialect.Quote(constraint.name)) +
-                          " CHECK (" + constraint.text + ")";
+                          " CHECK (" + Expression(constraint.text) + ")";
         }
         elements.push_back(definition);
     }
@@ -515,7 +537,7 @@ void CWriter::Table(const CModelTable& table) {
         const CModelCheck& constraint = m_model.checks[static_cast<std::size_t>(check)];
         if (!constraint.column.empty() || !Writable(constraint)) continue;
         elements.push_back((constraint.name.empty() ? std::string() : "CONSTRAINT " + m_dialect.Quote(constraint.name) + " ") +
-                           "CHECK (" + constraint.text + ")");
+                           "CHECK (" + Expression(constraint.text) + ")");
     }
     // SQLite adds no constraint to a table that exists: its foreign keys go with the table.
     if (IsGeneric()) {

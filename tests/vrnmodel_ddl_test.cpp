@@ -675,4 +675,26 @@ TEST_F(DdlTest, TypesReadBackToTheirCodes) {
     EXPECT_NE(tsql.find("  c DOUBLE PRECISION NULL,"), npos) << tsql;
 }
 
+// Conditions and defaults read in one dialect are written with the quoted
+// names and strings of another; their functions stay as written.
+TEST_F(DdlTest, ExpressionsTakeTheTargetsQuotesAndStrings) {
+    const CModel model = Import(Platform("sqlserver"), {
+        "CREATE TABLE [t] ([code] [nvarchar](5) NOT NULL CONSTRAINT [CK_code] CHECK ([code] IN (N'A', N'it''s')),\n"
+        " [note] varchar(10) NULL DEFAULT (N'none'))\nGO\n"});
+    CDdlOptions options;
+    options.platform = 0;
+    const std::string generic = WriteDdl(model, options).text;
+    EXPECT_NE(generic.find("  code NVARCHAR(5) NOT NULL CONSTRAINT CK_code CHECK (code IN ('A', 'it''s')),\n"), npos)
+        << generic;
+    EXPECT_NE(generic.find("  note VARCHAR(10) DEFAULT ('none')\n"), npos) << generic;
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(":memory:", &db), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(db, generic.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
+    EXPECT_EQ(sqlite3_exec(db, "INSERT INTO t (code) VALUES ('it''s')", nullptr, nullptr, nullptr), SQLITE_OK);
+    EXPECT_NE(sqlite3_exec(db, "INSERT INTO t (code) VALUES ('B')", nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(db);
+    // Written for its own family, a text stays exactly as the model holds it.
+    EXPECT_NE(WriteDdl(model, CDdlOptions()).text.find("CHECK ([code] IN (N'A', N'it''s'))"), npos);
+}
+
 }  // namespace
