@@ -121,10 +121,23 @@ std::string TypeName(ETypeDialect types, int platform, const std::string& code, 
         const char* back = TranslateDatatypeName(bare.c_str(), platform);
         return back ? back : "";
     };
-    // Oracle's own names that the model knows no code for (BINARY_FLOAT)
-    // give way too; its names of other codes (NUMBER(1) for BIT) stay.
+    // The standard name is taken instead only where the family has it
+    // (DOUBLE PRECISION, REAL everywhere; BINARY in DB2), or for generic SQL:
+    // MONEY or BIT would not be taken by DB2 or Oracle. Oracle's names of other codes (NUMBER(1)
+    // for BIT) stay; its own names the model knows no code for
+    // (BINARY_FLOAT) give way.
+    static const char* const kEveryFamily[] = {"DOUBLE PRECISION", "REAL", "FLOAT", "DECIMAL", "NUMERIC",
+                                               "INTEGER",          "SMALLINT", "CHAR", "VARCHAR"};
+    static const char* const kDb2Too[] = {"BINARY", "VARBINARY", "BIGINT"};  // DB2 has these as well
+    const std::string standard = SqlTypeName(ETypeDialect::Generic, code, 0, 0);
+    const std::string bare = standard.substr(0, standard.find('('));
+    bool everywhere = types == ETypeDialect::Generic;
+    for (const char* name : kEveryFamily) everywhere = everywhere || bare == name;
+    if (types == ETypeDialect::Db2Luw || types == ETypeDialect::Db2ZOs)
+        for (const char* name : kDb2Too) everywhere = everywhere || bare == name;
     const std::string own = readBack(types);
-    if (own != code && (types != ETypeDialect::Oracle || own.empty()) && readBack(ETypeDialect::Generic) == code)
+    if (own != code && everywhere && (types != ETypeDialect::Oracle || own.empty()) &&
+        readBack(ETypeDialect::Generic) == code)
         return SqlTypeName(ETypeDialect::Generic, code, width, scale);
     // T-SQL spells its largest variable lengths max.
     constexpr int kMax = 2147483647;

@@ -673,6 +673,12 @@ TEST_F(DdlTest, TypesReadBackToTheirCodes) {
     const std::string tsql = WriteDdl(model, CDdlOptions()).text;
     EXPECT_NE(tsql.find("  d varchar(max) NULL,\n  e nvarchar(max) NULL,"), npos) << tsql;
     EXPECT_NE(tsql.find("  c DOUBLE PRECISION NULL,"), npos) << tsql;
+    // A type DB2 has no name for is written as DB2 writes its nearest, never by T-SQL's name.
+    const CModel money = Import(Platform("sqlserver"), {"CREATE TABLE m (a money NULL, b bit NULL, c uniqueidentifier NULL)\nGO\n"});
+    CDdlOptions db2;
+    db2.platform = Platform("db2");
+    EXPECT_NE(WriteDdl(money, db2).text.find("  a DECIMAL(19,4),\n  b SMALLINT,\n  c CHAR(16) FOR BIT DATA\n"), npos)
+        << WriteDdl(money, db2).text;
 }
 
 // Conditions and defaults read in one dialect are written with the quoted
