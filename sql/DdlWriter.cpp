@@ -232,6 +232,8 @@ private:
     void TypeBindings();
     void Table(const CModelTable& table);
     bool Writable(const CModelCheck& check);
+    bool Whole(const CModelIndex& index, const CModelTable& table, const std::string& what);
+    bool Whole(const CModelForeignKey& key, const CModelTable& child);
     std::string ColumnDefinition(const CModelTable& table, const CModelColumn& column);
     std::string ForeignKeyClause(const CModelForeignKey& key);
     void TableStorage(const CModelTable& table, std::string& statement);
@@ -516,6 +518,27 @@ bool CWriter::Writable(const CModelCheck& check) {
     return false;
 }
 
+// Whether a key or index names every one of its columns; one that names a
+// column the model does not hold (or none) is left out, and said once
+// (`what` empty: already said).
+bool CWriter::Whole(const CModelIndex& index, const CModelTable& table, const std::string& what) {
+    bool whole = !index.columns.empty();
+    for (const CModelIndexColumn& column : index.columns) whole = whole && !column.name.empty();
+    if (!whole && !what.empty())
+        LeftOut(what + " " + index.name + " of " + table.name, "keys and indexes",
+                "it names a column the model does not hold");
+    return whole;
+}
+
+bool CWriter::Whole(const CModelForeignKey& key, const CModelTable& child) {
+    bool whole = !key.pairs.empty();
+    for (const CModelColumnPair& pair : key.pairs) whole = whole && !pair.childColumn.empty() && !pair.parentColumn.empty();
+    if (!whole)
+        LeftOut("foreign key " + key.name + " of " + child.name, "foreign keys",
+                "it names a column the model does not hold");
+    return whole;
+}
+
 void CWriter::Table(const CModelTable& table) {
     if (table.columns.empty()) {
         LeftOut("table " + table.name, "tables without columns", "no SQL creates a table without columns");
@@ -533,7 +556,9 @@ void CWriter::Table(const CModelTable& table) {
         }
         elements.push_back(definition);
     }
-    if (table.primaryKey >= 0) {
+    const bool keyWritten = table.primaryKey >= 0 &&
+                            Whole(table.indexes[static_cast<std::size_t>(table.primaryKey)], table, "primary key");
+    if (keyWritten) {
         const CModelIndex& key = table.indexes[static_cast<std::size_t>(table.primaryKey)];
         std::vector<std::string> columns;
         for (const CModelIndexColumn& column : key.columns) columns.push_back(column.name);
@@ -556,8 +581,10 @@ void CWriter::Table(const CModelTable& table) {
     if (IsGeneric()) {
         for (int key : table.foreignKeys) {
             const CModelForeignKey& foreignKey = m_model.foreignKeys[static_cast<std::size_t>(key)];
-            if (foreignKey.parentTable >= 0)
+            if (foreignKey.parentTable >= 0 && Whole(foreignKey, table))
                 elements.push_back(ForeignKeyClause(foreignKey));
+            else if (foreignKey.parentTable >= 0)
+                continue;
             else
                 LeftOut("foreign key " + foreignKey.name + " of " + table.name, "foreign keys",
                         "the model names no parent table");
@@ -651,7 +678,9 @@ void CWriter::Partitions(const CModelTable& table, const std::vector<int>& parti
 void CWriter::Indexes(const CModelTable& table) {
     for (std::size_t i = 0; i < table.indexes.size(); ++i) {
         const CModelIndex& index = table.indexes[i];
+        if (static_cast<int>(i) != table.primaryKey && !Whole(index, table, "index")) continue;
         if (static_cast<int>(i) == table.primaryKey) {
+            if (index.columns.empty() || !Whole(index, table, "")) continue;
             // The options of a primary key's index: DB2 builds the key on a
             // unique index of its columns, which a model of DB2 takes as the
             // key's own. Elsewhere the key has no index statement to hold them.
@@ -755,7 +784,7 @@ void CWriter::ForeignKeys() {
             LeftOut("foreign key " + key.name + " of " + child.name, "foreign keys", "its parent is not written");
             continue;
         }
-        Statement("ALTER TABLE " + TableName(child) + " ADD " + ForeignKeyClause(key));
+        if (Whole(key, child)) Statement("ALTER TABLE " + TableName(child) + " ADD " + ForeignKeyClause(key));
     }
 }
 

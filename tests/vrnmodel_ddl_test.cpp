@@ -703,4 +703,29 @@ TEST_F(DdlTest, ExpressionsTakeTheTargetsQuotesAndStrings) {
     EXPECT_NE(WriteDdl(model, CDdlOptions()).text.find("CHECK ([code] IN (N'A', N'it''s'))"), npos);
 }
 
+// A file can name a column a key, an index or a foreign key does not find
+// (another program wrote it, or it was damaged): such an object is left out
+// and said, never written with an empty column.
+TEST_F(DdlTest, KeysNamingColumnsTheModelLacksAreSaid) {
+    CModel model = Import(Platform("sqlserver"), {
+        "CREATE TABLE p (id int NOT NULL PRIMARY KEY)\nGO\n"
+        "CREATE TABLE c (id int NOT NULL PRIMARY KEY, p_id int NULL REFERENCES p (id))\nGO\n"
+        "CREATE INDEX ix_c ON c (p_id)\nGO\n"});
+    ASSERT_EQ(model.tables.size(), 2u);
+    model.tables[0].indexes[0].columns[0].name.clear();
+    model.tables[1].indexes.back().columns[0].name.clear();
+    model.foreignKeys.at(0).pairs.at(0).childColumn.clear();
+    for (const int platform : {Platform("sqlserver"), 0}) {
+        CDdlOptions options;
+        options.platform = platform;
+        const CDdlScript script = WriteDdl(model, options);
+        EXPECT_EQ(script.text.find("()"), npos) << script.text;
+        EXPECT_EQ(script.text.find("\"\""), npos) << script.text;
+        EXPECT_NE(script.text.find("-- left out: primary key"), npos) << script.text;
+        EXPECT_NE(script.text.find("-- left out: index ix_c of c (it names a column the model does not hold)"), npos)
+            << script.text;
+        EXPECT_NE(script.text.find("-- left out: foreign key"), npos) << script.text;
+    }
+}
+
 }  // namespace
