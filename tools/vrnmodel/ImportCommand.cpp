@@ -1,16 +1,12 @@
 // vrnmodel import: DDL scripts and SQLite databases into one model file,
 // through the public model builder interface, with a summary of what the
 // saved model holds.
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <algorithm>
-#include <cstring>
-#include <fstream>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -22,51 +18,9 @@
 #include "Dialect.h"
 #include "ModelReport.h"
 #include "OutputFile.h"
-#include "SqlSource.h"
-#include "SqliteImporter.h"
+#include "ModelSources.h"
 
 namespace {
-
-// Whether `path` can be imported, and as what: a script (text) or an SQLite
-// database; false with a reason that says what it is otherwise.
-bool CheckSource(const std::string& path, char& database, std::string& error) {
-    struct stat info {};
-    if (::stat(path.c_str(), &info) != 0) {
-        error = "cannot read '" + path + "': " + std::strerror(errno);
-        return false;
-    }
-    if (S_ISDIR(info.st_mode)) {
-        error = "'" + path + "' is a directory, not a DDL script or an SQLite database";
-        return false;
-    }
-    // A pipe (a shell's <(...), /dev/stdin) is read once, as a script: its
-    // first bytes cannot be looked at and then read again.
-    database = false;
-    if (!S_ISREG(info.st_mode)) return true;
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        error = "cannot read '" + path + "': " + std::strerror(errno);
-        return false;
-    }
-    char head[64] = {};
-    in.read(head, sizeof head);
-    const std::string kind = CVrnFile::DescribeContent(std::string(head, static_cast<std::size_t>(in.gcount())));
-    database = kind == "an SQLite database";
-    if (database || kind == "a text file" || kind == "a UTF-16 text file") return true;
-    error = kind == "an empty file" ? "'" + path + "' is empty: there is nothing to import"
-                                    : "'" + path + "' is " + kind + ", not a DDL script or an SQLite database";
-    return false;
-}
-
-void RegisterHostTexts() {
-    AfxSetResourceString(kHostTextProductName, "vrnmodel");
-    AfxSetResourceString(kHostTextModelName, "Physical model");
-    AfxSetResourceString(kHostTextDiagramName, "Main diagram");
-    AfxSetResourceString(kHostTextParentNotFound, "Parent table %1 was not found.");
-    AfxSetResourceString(kHostTextUnnamedKeyNotAdded, "A foreign key without a name was not added.");
-    AfxSetResourceString(kHostTextForeignKeyNotAdded, "Foreign key %1 was not added.");
-    AfxSetResourceString(kHostTextColumnPairNotAdded, "Foreign key %1: a column pair from %2 to %3 could not be added.");
-}
 
 struct CImportOptions {
     std::vector<std::string> sources;
@@ -86,35 +40,13 @@ int Import(const CImportOptions& options) {
     const bool progress = isatty(STDERR_FILENO) != 0;
 
     // Read every source first: an unreadable one stops the import before a model is made.
-    std::vector<std::string> texts(options.sources.size());
-    std::vector<char> databases(options.sources.size());  // not vector<bool>: its elements are bound by reference
-    for (std::size_t i = 0; i < options.sources.size(); ++i) {
-        std::string error;
-        if (!CheckSource(options.sources[i], databases[i], error)) return Failure(error);
-        if (databases[i]) continue;
-        if (!ReadSourceText(options.sources[i], texts[i], error, options.encoding == "auto")) return Failure(error);
-    }
-    // Each script's dialect, chosen once: from --platform, or from what the
-    // script looks like. The model's platform is --platform, or the first
-    // platform a script tells.
-    std::vector<CDialect> dialects(options.sources.size());
-    int platform = options.platform;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        if (databases[i]) continue;
-        if (options.platform >= 0) {
-            dialects[i] = DialectOfPlatform(options.platform, false);
-            continue;
-        }
-        std::string signs;
-        if (const char* foreign = ForeignDialect(texts[i], signs))
-            return Failure("'" + options.sources[i] + "' looks like a " + foreign + " script (" + signs +
-                           "); vrnmodel reads T-SQL (SQL Server, Sybase), Oracle, DB2 LUW and DB2 z/OS scripts "
-                           "and SQLite databases. Give --platform to read it as one of those anyway.");
-        const int guessed = GuessPlatform(texts[i]);
-        dialects[i] = DialectOfPlatform(guessed, true);
-        if (platform <= 0 && guessed != 0) platform = guessed;
-    }
-    if (platform < 0) platform = 0;
+    CSources sources;
+    std::string readError;
+    if (!ReadSources(options.sources, options.platform, options.encoding == "auto", sources, readError))
+        return Failure(readError);
+    const int platform = sources.platform;
+    const std::vector<char>& databases = sources.databases;
+    const std::vector<CDialect>& dialects = sources.dialects;
 
     CVrnAPI builder;
     if (!builder.Initialize(platform, options.continued.empty() ? nullptr : options.continued.c_str())) {
@@ -127,20 +59,13 @@ int Import(const CImportOptions& options) {
     CImportReport report;
     CDdlImporter importer(builder, report);
     importer.SetTags(options.tags);
-    for (std::size_t i = 0; i < options.sources.size(); ++i) {
-        if (progress) std::fprintf(stderr, "\rreading %s ...", options.sources[i].c_str());
-        if (databases[i]) {
-            std::string error;
-            if (!ImportSqliteDatabase(options.sources[i], importer, error)) {
-                std::cerr << "\nvrnmodel: " << error << "\n";
-                return 1;
-            }
-        } else {
-            importer.ImportScript(options.sources[i], texts[i], &dialects[i]);
-        }
-    }
-    importer.Finish();
+    std::string importError;
+    const bool imported = ImportSources(sources, importer, importError, progress);
     if (progress) std::fprintf(stderr, "\r%*s\r", 60, "");
+    if (!imported) {
+        std::cerr << "vrnmodel: " << importError << "\n";
+        return 1;
+    }
 
     if (report.ImportedTotal() == 0) {
         std::cerr << "vrnmodel: nothing could be imported\n";
