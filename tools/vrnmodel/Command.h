@@ -22,6 +22,7 @@ int RunImport(const CCommand& command, const std::vector<std::string>& args);
 int RunShow(const CCommand& command, const std::vector<std::string>& args);
 int RunDiagram(const CCommand& command, const std::vector<std::string>& args);
 int RunDdl(const CCommand& command, const std::vector<std::string>& args);
+int RunDiff(const CCommand& command, const std::vector<std::string>& args);
 
 // A command's arguments, taken in order.
 class CArguments {

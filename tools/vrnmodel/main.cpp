@@ -51,6 +51,13 @@ const CCommand kCommands[] = {
      "  --no-storage           no storage objects, storage spaces or partitions\n"
      "  --no-code              no triggers, procedures or packages\n",
      &RunDdl},
+    {"diff", "vrnmodel diff OLD NEW [--json|--markdown] [-o OUT|-]",
+     "says what changed from one model to another; either may be a script or database to import",
+     "  --json                 the changes as JSON, one object each\n"
+     "  --markdown             the changes as Markdown tables, for review comments\n"
+     "  -o, --output OUT|-     write to a file instead of standard output\n"
+     "  exit status: 0 the models are equal, 1 they differ, 2 trouble\n",
+     &RunDiff},
 };
 const int kCommandCount = sizeof kCommands / sizeof kCommands[0];
 
