@@ -124,6 +124,16 @@ TEST(LineDiff, KeepsCommonLinesAndMarksTheOthers) {
     EXPECT_EQ(LineDiff("a\nb\nc\nd", "a\nc\nx\nd"), (std::vector<std::string>{" a", "-b", " c", "+x", " d"}));
     EXPECT_EQ(LineDiff("", "one"), (std::vector<std::string>{"+one"}));
     EXPECT_EQ(LineDiff("same\n", "same\n"), (std::vector<std::string>{" same"}));
+    // Two long texts are shown whole rather than compared line by line at a quadratic cost.
+    std::string longOld, longNew;
+    for (int i = 0; i < 3000; ++i) {
+        longOld += "line " + std::to_string(i) + "\n";
+        longNew += "line " + std::to_string(i + 1) + "\n";
+    }
+    const std::vector<std::string> whole = LineDiff(longOld, longNew);
+    ASSERT_EQ(whole.size(), 6000u);
+    EXPECT_EQ(whole.front(), "-line 0");
+    EXPECT_EQ(whole.back(), "+line 3000");
 }
 
 }  // namespace

@@ -94,12 +94,19 @@ void Grouped(const std::vector<CModelChange>& changes, Table table, Model model)
 
 std::vector<std::string> LineDiff(const std::string& before, const std::string& after) {
     const std::vector<std::string> a = Lines(before), b = Lines(after);
-    // Longest common subsequence of lines, kept small: code texts are short.
+    std::vector<std::string> lines;
+    // Longest common subsequence of lines: its table grows with the product
+    // of the two lengths, so two long texts are shown whole, old then new.
+    constexpr std::size_t kLargestTable = 4000000;
+    if ((a.size() + 1) * (b.size() + 1) > kLargestTable) {
+        for (const std::string& line : a) lines.push_back("-" + line);
+        for (const std::string& line : b) lines.push_back("+" + line);
+        return lines;
+    }
     std::vector<std::vector<int>> common(a.size() + 1, std::vector<int>(b.size() + 1, 0));
     for (std::size_t i = a.size(); i-- > 0;)
         for (std::size_t j = b.size(); j-- > 0;)
             common[i][j] = a[i] == b[j] ? common[i + 1][j + 1] + 1 : std::max(common[i + 1][j], common[i][j + 1]);
-    std::vector<std::string> lines;
     std::size_t i = 0, j = 0;
     while (i < a.size() || j < b.size()) {
         if (i < a.size() && j < b.size() && a[i] == b[j]) {
