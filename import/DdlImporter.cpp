@@ -5,6 +5,7 @@
 #include <VrnReader.h>
 
 #include "DdlParser.h"
+#include "SqlLexer.h"
 #include "SqlScript.h"
 
 namespace {
@@ -19,11 +20,6 @@ constexpr int kComputedExpression = 87;           // attribute text
 
 // The client's own numbering of procedure kinds, as the model keeps them.
 constexpr int kProcedure = 1, kFunction = 2;
-
-std::string Upper(std::string text) {
-    for (char& ch : text) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
-    return text;
-}
 
 // A name's owner for the builder: null when the script gives none.
 const char* OwnerOrNull(const std::string& owner) { return owner.empty() ? nullptr : owner.c_str(); }
@@ -121,7 +117,7 @@ CDdlImporter::EOutcome CDdlImporter::ApplyTable(const CTableDecl& table, const s
     }
     m_report.Count("tables");
     if (!table.ofType.empty()) {
-        const auto type = m_objectTypes.find(Upper(table.ofType));
+        const auto type = m_objectTypes.find(UpperAscii(table.ofType));
         if (type == m_objectTypes.end())
             Warn(where, "table " + table.name.Name() + " is of object type " + table.ofType +
                             ", which the script does not create: it has no columns");
@@ -405,7 +401,7 @@ CDdlImporter::EOutcome CDdlImporter::ApplyUserType(const CUserTypeDecl& type, co
 // An Oracle object type is no datatype of a column, but the columns of the
 // tables made OF it: its attributes are kept for them.
 CDdlImporter::EOutcome CDdlImporter::ApplyObjectType(CObjectTypeDecl& type) {
-    m_objectTypes[Upper(type.name)] = std::move(type.attributes);
+    m_objectTypes[UpperAscii(type.name)] = std::move(type.attributes);
     m_report.Count("object types");
     return EOutcome::Applied;
 }

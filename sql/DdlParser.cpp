@@ -14,10 +14,6 @@ constexpr int kIdentity = 82, kRowGuid = 83, kGenerated = 84, kNotLogged = 92, k
 constexpr int kOnDeleteCascade = 77, kOnDeleteRestrict = 78, kOnDeleteSetNull = 79, kOnUpdateCascade = 80,
               kOnUpdateRestrict = 81;
 
-std::string Upper(std::string text) {
-    for (char& ch : text) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
-    return text;
-}
 
 // Keywords that end a column's DEFAULT expression.
 bool EndsDefault(const CToken& token) {
@@ -38,12 +34,12 @@ bool IsConstraintStart(const CSqlCursor& cursor) {
 std::string ReadTypeName(CSqlCursor& cursor) {
     CQualifiedName qualified = cursor.ReadName();
     std::string name = qualified.Name();
-    const std::string upper = Upper(name);
+    const std::string upper = UpperAscii(name);
     // A name of several words is spelled in upper case, as one name.
     auto extend = [&](std::initializer_list<const char*> words) {
         for (const char* word : words) {
             if (!cursor.IsWord(word)) continue;
-            name = Upper(name) + " " + Upper(cursor.Next()->text);
+            name = UpperAscii(name) + " " + UpperAscii(cursor.Next()->text);
             return true;
         }
         return false;
@@ -64,18 +60,8 @@ std::string ReadTypeName(CSqlCursor& cursor) {
 }
 
 // A length as a column's type gives it: a number, or a large object's
-// length with K, M or G (CLOB(1M) is 1048576 long), at most 2^31 - 1.
-long Length(const std::string& text) {
-    char* unit = nullptr;
-    double length = std::strtod(text.c_str(), &unit);
-    switch (unit && *unit ? std::toupper(static_cast<unsigned char>(*unit)) : 0) {
-        case 'K': length *= 1024; break;
-        case 'M': length *= 1024.0 * 1024; break;
-        case 'G': length *= 1024.0 * 1024 * 1024; break;
-        default: break;
-    }
-    return length > 2147483647.0 ? 2147483647L : static_cast<long>(length);
-}
+// length with K, M or G (CLOB(1M) is 1048576 long).
+long Length(const std::string& text) { return SizeWithUnit(text, 1024); }
 
 // The whole statement's text, from its first token to its last.
 std::string WholeText(const CSqlCursor& cursor) { return cursor.SourceText(0, static_cast<std::size_t>(-1)); }
@@ -125,7 +111,7 @@ void CStatementParser::Statement() {
     if (cursor.AcceptWord("CREATE")) {
         cursor.AcceptWords({"OR", "REPLACE"});
         cursor.AcceptWord("EDITIONABLE") || cursor.AcceptWord("NONEDITIONABLE");
-        const std::string next = cursor.Peek() ? Upper(cursor.Peek()->text) : std::string();
+        const std::string next = cursor.Peek() ? UpperAscii(cursor.Peek()->text) : std::string();
         if (cursor.IsAnyWord({"TABLE", "GLOBAL", "TEMPORARY"}) ||
             (cursor.IsWord("SUMMARY") && cursor.IsWord("TABLE", 1))) {
             m_result.kind = "CREATE TABLE";
@@ -153,18 +139,18 @@ void CStatementParser::Statement() {
             m_result.kind = "CREATE " + next;
         }
     } else if (cursor.AcceptWord("ALTER")) {
-        m_result.kind = "ALTER " + (cursor.Peek() ? Upper(cursor.Peek()->text) : std::string());
+        m_result.kind = "ALTER " + (cursor.Peek() ? UpperAscii(cursor.Peek()->text) : std::string());
         if (cursor.IsWord("TABLE")) read = AlterTable();
     } else if (cursor.IsWord("COMMENT")) {
         m_result.kind = "COMMENT ON";
         read = CommentOn();
     } else if (cursor.IsWord("EXEC") || cursor.IsWord("EXECUTE") ||
                (cursor.Peek() && cursor.Peek()->kind == CTokenKind::Word &&
-                Upper(cursor.Peek()->text).rfind("SP_", 0) == 0)) {
+                UpperAscii(cursor.Peek()->text).rfind("SP_", 0) == 0)) {
         m_result.kind = "EXECUTE";
         read = SystemProcedure();
     } else if (cursor.Peek()) {
-        m_result.kind = Upper(cursor.Peek()->text);
+        m_result.kind = UpperAscii(cursor.Peek()->text);
     }
     if (!read) m_result.declaration = std::monostate();
     if (m_result.kind.empty()) m_result.kind = "(empty)";
@@ -173,7 +159,7 @@ void CStatementParser::Statement() {
 // Client commands: only the ones that name the default owner declare anything.
 void CStatementParser::LineCommand() {
     CSqlCursor& cursor = m_cursor;
-    m_result.kind = cursor.Peek() ? Upper(cursor.Peek()->text) : std::string("(empty)");
+    m_result.kind = cursor.Peek() ? UpperAscii(cursor.Peek()->text) : std::string("(empty)");
     if (!cursor.AcceptWord("SET")) return;
     const bool sqlId = cursor.AcceptWords({"CURRENT", "SQLID"}) || cursor.AcceptWords({"CURRENT", "SCHEMA"}) ||
                        cursor.AcceptWords({"CURRENT_SCHEMA"}) || cursor.AcceptWord("SCHEMA");
@@ -181,7 +167,7 @@ void CStatementParser::LineCommand() {
     cursor.AcceptSymbol('=');
     const CToken* value = cursor.Next();
     if (value && (value->kind == CTokenKind::String || value->IsName()))
-        m_result.declaration = CSqlIdDecl{value->kind == CTokenKind::Word ? Upper(value->text) : value->text};
+        m_result.declaration = CSqlIdDecl{value->kind == CTokenKind::Word ? UpperAscii(value->text) : value->text};
 }
 
 bool CStatementParser::CreateTable() {
@@ -739,7 +725,7 @@ bool CStatementParser::CommentOn() {
 bool CStatementParser::SystemProcedure() {
     CSqlCursor& cursor = m_cursor;
     cursor.AcceptWord("EXEC") || cursor.AcceptWord("EXECUTE");
-    const std::string procedure = Upper(cursor.ReadName().Name());
+    const std::string procedure = UpperAscii(cursor.ReadName().Name());
     std::vector<std::string> arguments;  // as written, decorations included
     while (!cursor.AtEnd()) {
         const CToken* token = cursor.Peek();

@@ -58,11 +58,6 @@ std::string OneLine(const std::string& text) {
     return line;
 }
 
-std::string Upper(std::string text) {
-    for (char& ch : text) ch = AfxToUpperAscii(ch);
-    return text;
-}
-
 // Whether a column's default is a constant that any SQL takes, SQLite
 // included: one string, a plain decimal number, NULL or the current date and
 // time, in parentheses or not.
@@ -356,11 +351,11 @@ std::string CWriter::Expression(const std::string& text) const {
 // index) joined to it, and that is said.
 void CWriter::NameTablesAndIndexes() {
     std::map<std::string, int> taken;  // upper-cased name -> times used
-    auto take = [&](const std::string& name) { return taken[Upper(name)]++ == 0; };
+    auto take = [&](const std::string& name) { return taken[UpperAscii(name)]++ == 0; };
     // `base`, or `base` with a suffix, whichever is free first.
     auto free = [&](const std::string& base, std::map<std::string, int>& names) {
         std::string name = base;
-        for (int n = 2; names[Upper(name)]++ != 0; ++n) name = base + "_" + std::to_string(n);
+        for (int n = 2; names[UpperAscii(name)]++ != 0; ++n) name = base + "_" + std::to_string(n);
         return name;
     };
     m_tableNames.resize(m_model.tables.size());
@@ -368,7 +363,7 @@ void CWriter::NameTablesAndIndexes() {
         const CModelTable& table = m_model.tables[i];
         m_tableNames[i] = table.name;
         if (!Included(table)) continue;
-        const bool reserved = Upper(table.name).rfind("SQLITE_", 0) == 0;  // SQLite's own
+        const bool reserved = UpperAscii(table.name).rfind("SQLITE_", 0) == 0;  // SQLite's own
         if (!reserved && take(table.name)) continue;
         const std::size_t end = table.owner.find_last_not_of(' ');
         m_tableNames[i] = free((end == std::string::npos ? std::string("T") : table.owner.substr(0, end + 1)) + "_" +
@@ -450,11 +445,12 @@ std::string CWriter::ColumnDefinition(const CModelTable& table, const CModelColu
         SqlTypeName(m_types, column.datatype, 0, 0).find("FOR BIT DATA") == std::string::npos)
         definition += " FOR BIT DATA";
     if (!column.defaultText.empty()) {
+        const std::string defaultText = Expression(column.defaultText);
         if (HoldsSeparatorLine(column.defaultText, m_dialect.family))
             LeftOut("default of " + table.name + "." + column.name, "defaults of columns",
                     "a line of the text would end the statement early");
-        else if (!IsGeneric() || IsConstant(Expression(column.defaultText)))
-            definition += " DEFAULT " + Expression(column.defaultText);
+        else if (!IsGeneric() || IsConstant(defaultText))
+            definition += " DEFAULT " + defaultText;
         else
             LeftOut("default " + column.defaultText + " of " + table.name + "." + column.name, "defaults of columns",
                     "generic SQL takes constant defaults only");

@@ -1,18 +1,13 @@
 #include "Dialect.h"
 
+#include "SqlLexer.h"
+
 #include <algorithm>
 #include <cctype>
 #include <vector>
 
 namespace {
 
-// The script with its ASCII letters in upper case: the signs of a dialect
-// are looked for in one copy of it.
-std::string UpperAscii(const std::string& text) {
-    std::string upper(text.size(), ' ');
-    for (std::size_t i = 0; i < text.size(); ++i) upper[i] = AfxToUpperAscii(text[i]);
-    return upper;
-}
 
 // The code of the platform the command line calls `name`.
 int PlatformNamed(const char* name) {

@@ -132,9 +132,7 @@ bool ReadOption(CSqlCursor& cursor, const COptionKeyword* options, COptionList& 
             case A::UpperWord: {
                 const CToken* word = cursor.Next();
                 if (!word) break;
-                std::string text = word->text;
-                if (option->argument == A::UpperWord)
-                    for (char& ch : text) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
+                std::string text = option->argument == A::UpperWord ? UpperAscii(word->text) : word->text;
                 read.push_back(Text(option->code, std::move(text)));
                 return true;
             }

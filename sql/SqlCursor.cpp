@@ -106,16 +106,7 @@ bool CSqlCursor::ReadNumber(long& value) {
     }
     if (token->kind != CTokenKind::Number) return false;
     ++m_at;
-    char* unit = nullptr;
-    const double number = std::strtod(token->text.c_str(), &unit);
-    double scaled = number;
-    switch (unit && *unit ? std::toupper(static_cast<unsigned char>(*unit)) : 0) {
-        case 'K': scaled = number; break;
-        case 'M': scaled = number * 1024; break;
-        case 'G': scaled = number * 1024 * 1024; break;
-        default: break;
-    }
-    value = scaled > 2147483647.0 ? 2147483647L : static_cast<long>(scaled);
+    value = SizeWithUnit(token->text, 1);  // in kilobytes: 64K is 64
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <cstring>
 
 #include <VrnIntf.h>
@@ -117,6 +118,23 @@ bool CLexer::Next(CToken& token) {
     // The last token of the text ends its line too.
     token.lastOnLine = !m_haveAhead || m_ahead.line != token.line;
     return true;
+}
+
+std::string UpperAscii(std::string text) {
+    for (char& ch : text) ch = AfxToUpperAscii(ch);
+    return text;
+}
+
+long SizeWithUnit(const std::string& text, double kilo) {
+    char* unit = nullptr;
+    double size = std::strtod(text.c_str(), &unit);
+    switch (unit && *unit ? AfxToUpperAscii(*unit) : 0) {
+        case 'K': size *= kilo; break;
+        case 'M': size *= kilo * 1024; break;
+        case 'G': size *= kilo * 1024 * 1024; break;
+        default: break;
+    }
+    return size > 2147483647.0 ? 2147483647L : static_cast<long>(size);
 }
 
 std::vector<CToken> Tokenize(const std::string& text) {

@@ -48,3 +48,11 @@ private:
 };
 
 std::vector<CToken> Tokenize(const std::string& text);
+
+// `text` with its ASCII letters in upper case, as words are compared.
+std::string UpperAscii(std::string text);
+
+// A number as scripts write sizes: 10, 64K, 1M, 2G, the unit standing for
+// `kilo`, `kilo` * 1024 or `kilo` * 1024 * 1024 of the number's units; held
+// at 2^31 - 1.
+long SizeWithUnit(const std::string& text, double kilo);
