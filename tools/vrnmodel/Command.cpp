@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include <VrnIntf.h>
+#include <VrnReader.h>
 
 #include "OutputFile.h"
 
@@ -55,4 +56,12 @@ std::string PlatformNames() {
         }
     }
     return names;
+}
+
+int ReadCommandModel(const CCommand& command, const std::string& path, const std::string& output, CModel& model) {
+    if (path.empty()) return UsageError(command, "no model file given");
+    if (!OutputIsNoInput(output, {path})) return 1;
+    std::string error;
+    if (!ReadModelFile(path, model, error)) return Failure(error);
+    return 0;
 }

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+struct CModel;
+
 struct CCommand {
     const char* name;
     const char* usage;    // one line: "vrnmodel show MODEL [...]"
@@ -50,6 +52,10 @@ int UsageError(const CCommand& command, const std::string& problem);
 int Failure(const std::string& reason);
 // False (and says so) when `output` is the same file as one of `inputs`.
 bool OutputIsNoInput(const std::string& output, const std::vector<std::string>& inputs);
+// Reads the model file `path` that a command writing `output` takes: 0 when
+// read, else the exit status to return (no path given, the output is the
+// model itself, the file cannot be read).
+int ReadCommandModel(const CCommand& command, const std::string& path, const std::string& output, CModel& model);
 // A platform code, or a name of the platform table; only codes of platforms
 // the table names are taken (the library itself takes any code).
 bool ParsePlatform(const std::string& text, int& code);

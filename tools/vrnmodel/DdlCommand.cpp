@@ -34,11 +34,9 @@ int RunDdl(const CCommand& command, const std::vector<std::string>& args) {
             path = arg;
         }
     }
-    if (path.empty()) return UsageError(command, "no model file given");
-    if (!OutputIsNoInput(output, {path})) return 1;
     CModel model;
+    if (const int status = ReadCommandModel(command, path, output, model)) return status;
     std::string error;
-    if (!ReadModelFile(path, model, error)) return Failure(error);
     const CDdlScript script = WriteDdl(model, options);
     if (!options.tablePattern.empty() && script.tables == 0)
         return Failure("no table of '" + path + "' matches --tables " + options.tablePattern);

@@ -28,10 +28,9 @@ int RunDiagram(const CCommand& command, const std::vector<std::string>& args) {
     }
     if (model.empty()) return UsageError(command, "no model file given");
     if (output.empty()) return UsageError(command, "no output file given (-o OUT.svg, OUT.html, or - for SVG on standard output)");
-    if (!OutputIsNoInput(output, {model})) return 1;
     CModel read;
+    if (const int status = ReadCommandModel(command, model, output, read)) return status;
     std::string dot, svg, error;
-    if (!ReadModelFile(model, read, error)) return Failure(error);
     WriteDiagramDot(read, options, dot);
     if (!RenderSvg(dot, svg, error)) return Failure(error);
     const bool html = output.size() > 5 && AfxCompareNoCase(output.substr(output.size() - 5).c_str(), ".html") == 0;

@@ -28,11 +28,9 @@ int RunShow(const CCommand& command, const std::vector<std::string>& args) {
             path = arg;
         }
     }
-    if (path.empty()) return UsageError(command, "no model file given");
-    if (!OutputIsNoInput(output, {path})) return 1;
     CModel model;
+    if (const int status = ReadCommandModel(command, path, output, model)) return status;
     std::string error;
-    if (!ReadModelFile(path, model, error)) return Failure(error);
     std::ostringstream report;
     if (format == EFormat::Json) WriteJsonReport(model, report);
     else if (format == EFormat::Markdown) WriteMarkdownReport(model, report);
