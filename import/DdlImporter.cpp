@@ -69,15 +69,23 @@ void CDdlImporter::Apply(CStatementDecl statement, const std::string& source) {
     const std::string where = source + ":" + std::to_string(statement.line);
     for (const std::string& warning : statement.warnings) Warn(where, warning);
     statement.warnings.clear();
-    Settle(std::move(statement), source);
+    const std::string kind = statement.kind;
+    std::vector<std::string> warnings;
+    const CDeclaredScript::EResult result = m_declared.Add(std::move(statement), source, warnings);
+    for (const std::string& warning : warnings) Warn(where, warning);
+    if (result == CDeclaredScript::EResult::Applied) ++m_report.applied;
+    if (result == CDeclaredScript::EResult::Skipped) m_report.Skip(kind, where);
 }
 
-void CDdlImporter::Settle(CStatementDecl statement, const std::string& source) {
+void CDdlImporter::Settle(CStatementDecl statement, const std::string& source, bool applied) {
     const std::string where = source + ":" + std::to_string(statement.line);
     switch (ApplyDeclaration(statement, where)) {
         case EOutcome::Applied: ++m_report.applied; break;
-        case EOutcome::Skipped: m_report.Skip(statement.kind, where); break;
-        case EOutcome::Deferred: m_deferred.push_back(CDeferred{std::move(statement), source}); break;
+        case EOutcome::Skipped:
+            if (applied) ++m_report.applied;
+            else m_report.Skip(statement.kind, where);
+            break;
+        case EOutcome::Deferred: m_deferred.push_back(CDeferred{std::move(statement), source, applied}); break;
     }
 }
 
@@ -312,13 +320,13 @@ CDdlImporter::EOutcome CDdlImporter::ApplyAlter(const CAlterDecl& alter, const s
     const unsigned long entity = FindTable(alter.table);
     if (!entity) return DeferOrSkip(where, "ALTER TABLE of unknown table " + alter.table.Name() + " skipped");
     bool applied = false;
-    for (const CAlterItem& item : alter.additions) {
+    for (const CAlterItem& item : alter.items) {
         if (const auto* column = std::get_if<CColumnDecl>(&item)) {
             applied = ApplyColumn(entity, *column, where) || applied;
         } else if (const auto* constraint = std::get_if<CConstraintDecl>(&item)) {
             applied = ApplyConstraint(entity, *constraint) || applied;
-        } else {
-            const CColumnDefaultDecl& columnDefault = std::get<CColumnDefaultDecl>(item);
+        } else if (const auto* value = std::get_if<CColumnDefaultDecl>(&item)) {
+            const CColumnDefaultDecl& columnDefault = *value;
             const unsigned long attribute = m_builder.FindAttribute(entity, columnDefault.column.c_str());
             if (attribute && m_builder.SetAttributeStringProperty(attribute, code::kDefaultText, columnDefault.text.c_str()))
                 applied = true;
@@ -435,10 +443,21 @@ CDdlImporter::EOutcome CDdlImporter::ApplyBinding(const CBindingDecl& binding, c
 }
 
 void CDdlImporter::Finish() {
+    // Each statement is let go once applied, so that the declarations and
+    // the model they become are not both held whole.
+    std::vector<CDeclaredScript::CEntry> declared = m_declared.Take();
+    for (CDeclaredScript::CEntry& entry : declared) {
+        if (entry.dropped)
+            ++m_report.applied;  // taken back by a later statement, which is what the script says
+        else
+            Settle(std::move(entry.statement), entry.source, entry.applied);
+        entry = CDeclaredScript::CEntry();
+    }
+    declared.clear();
     m_retrying = true;
     std::vector<CDeferred> deferred;
     deferred.swap(m_deferred);
-    for (CDeferred& entry : deferred) Settle(std::move(entry.statement), entry.source);
+    for (CDeferred& entry : deferred) Settle(std::move(entry.statement), entry.source, entry.applied);
     m_retrying = false;
 
     bool anyPending = false;

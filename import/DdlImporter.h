@@ -1,5 +1,8 @@
 // Applies the declarations of DDL scripts to a model through the public
 // model builder interface: every builder call of an import is made here.
+// Statements are held as declarations until Finish, so that the drops and
+// changes of later statements apply to them (DeclaredScript.h); the model is
+// built from the end state.
 // A statement about a table that no source has created yet is kept and
 // applied again once every source has been read (scripts split over files,
 // with foreign keys or indexes in a file of their own). Foreign keys are
@@ -15,22 +18,26 @@
 #include <VrnIntf.h>
 
 #include "DdlDecl.h"
+#include "DeclaredScript.h"
 #include "Dialect.h"
 #include "ImportReport.h"
 
 class CDdlImporter {
 public:
-    CDdlImporter(CVrnAPI& builder, CImportReport& report) : m_builder(builder), m_report(report) {}
+    CDdlImporter(CVrnAPI& builder, CImportReport& report)
+        : m_builder(builder), m_report(report),
+          m_declared([this](const CQualifiedName& table) { return FindTable(table) != 0; }) {}
 
     // Template tags &$NAME. are replaced by these values.
     void SetTags(std::vector<std::pair<std::string, std::string>> tags) { m_tags = std::move(tags); }
     // Reads a script in `dialect`; without one, in the dialect of the model's platform.
     void ImportScript(const std::string& sourceName, const std::string& text, const CDialect* dialect = nullptr);
-    // Applies one parsed statement of `source`.
+    // Takes one parsed statement of `source`: keeps it for the build, or
+    // applies its drops and changes to the statements kept.
     void Apply(CStatementDecl statement, const std::string& source);
     // A warning of the source's reader, beside the importer's own.
     void Note(const std::string& warning) { m_report.warnings.push_back(warning); }
-    // Applies the kept statements, declares the foreign keys and resolves the pending ones.
+    // Builds the model from the kept statements, declares the foreign keys and resolves the pending ones.
     void Finish();
 
 private:
@@ -43,10 +50,13 @@ private:
     struct CDeferred {
         CStatementDecl statement;
         std::string source;
+        bool applied = false;
     };
 
-    // Applies a counted statement, keeps it for later, or counts it as skipped.
-    void Settle(CStatementDecl statement, const std::string& source);
+    // Applies a counted statement, keeps it for later, or counts it as
+    // skipped; `applied`: it changed earlier statements, and counts as
+    // applied whatever it adds.
+    void Settle(CStatementDecl statement, const std::string& source, bool applied = false);
     // Applies a statement whose place is `where` ("file:line").
     EOutcome ApplyDeclaration(CStatementDecl& statement, const std::string& where);
     EOutcome ApplyTable(const CTableDecl& table, const std::string& where);
@@ -80,6 +90,7 @@ private:
     std::map<std::string, std::vector<CTableElement>> m_objectTypes;
     // The partitions of each table, which an index LOCAL without a list of its own follows.
     std::map<unsigned long, std::vector<std::string>> m_tablePartitions;
+    CDeclaredScript m_declared;
     std::vector<CDeferred> m_deferred;
     bool m_retrying = false;
 };

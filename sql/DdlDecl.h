@@ -97,11 +97,55 @@ struct CColumnDefaultDecl {
     std::string column;
     std::string text;
 };
-using CAlterItem = std::variant<CColumnDecl, CConstraintDecl, CColumnDefaultDecl>;
+// ALTER TABLE t DROP COLUMN c, or one column of DROP (c, d).
+struct CDropColumnDecl {
+    std::string column;
+};
 
+// ALTER TABLE t DROP CONSTRAINT n, DROP PRIMARY KEY, DROP FOREIGN KEY n,
+// DROP UNIQUE n, DROP CHECK n.
+struct CDropConstraintDecl {
+    std::string name;  // empty for DROP PRIMARY KEY
+    bool primaryKey = false;
+};
+
+// What ALTER COLUMN, MODIFY, CHANGE or RENAME COLUMN says of a column that
+// exists; what it does not say stays as it was.
+struct CColumnChangeDecl {
+    enum class EDefault { Keep, Set, Drop };
+    std::string column;
+    std::string newName;  // RENAME COLUMN c TO n, CHANGE c n ...; empty when kept
+    bool typeGiven = false;
+    std::string datatype;
+    long width = -1;
+    long scale = -1;
+    int nullOption = -1;  // -1: kept
+    EDefault defaultChange = EDefault::Keep;
+    std::string defaultText;
+};
+
+// ALTER TABLE t RENAME TO n.
+struct CRenameTableDecl {
+    CQualifiedName to;
+};
+
+using CAlterItem = std::variant<CColumnDecl, CConstraintDecl, CColumnDefaultDecl, CDropColumnDecl,
+                                CDropConstraintDecl, CColumnChangeDecl, CRenameTableDecl>;
+
+// ALTER TABLE: what it adds, drops and changes, in the statement's order.
 struct CAlterDecl {
     CQualifiedName table;
-    std::vector<CAlterItem> additions;
+    std::vector<CAlterItem> items;
+};
+
+enum class EDropKind { Table, View, Index, Procedure, Function, Trigger, Package, PackageBody };
+
+// DROP TABLE / VIEW / INDEX / PROCEDURE / FUNCTION / TRIGGER / PACKAGE [BODY].
+struct CDropDecl {
+    EDropKind kind = EDropKind::Table;
+    std::vector<CQualifiedName> names;  // DROP TABLE a, b drops both
+    CQualifiedName table;               // DROP INDEX i ON t
+    bool cascade = false;               // CASCADE [CONSTRAINTS]: the foreign keys that refer to it go too
 };
 
 struct CViewDecl {
@@ -170,7 +214,7 @@ struct CSqlIdDecl {
 
 using CDeclaration = std::variant<std::monostate, CTableDecl, CIndexDecl, CAlterDecl, CViewDecl, CCodeDecl,
                                   CStorageObjectDecl, CDefaultOrRuleDecl, CUserTypeDecl, CObjectTypeDecl,
-                                  CCommentDecl, CBindingDecl, CSqlIdDecl>;
+                                  CCommentDecl, CBindingDecl, CSqlIdDecl, CDropDecl>;
 
 // One statement as parsed. A statement without a declaration (monostate)
 // is one the model has no place for, counted as skipped by its kind.

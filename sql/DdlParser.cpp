@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "OptionKeywords.h"
+#include "StatementParser.h"
 
 namespace {
 
@@ -26,9 +27,6 @@ bool EndsDefault(const CToken& token) {
     return false;
 }
 
-bool IsConstraintStart(const CSqlCursor& cursor) {
-    return cursor.IsAnyWord({"CONSTRAINT", "PRIMARY", "UNIQUE", "FOREIGN", "CHECK"});
-}
 
 // Multi-word datatype names: the words after the first that belong to it.
 std::string ReadTypeName(CSqlCursor& cursor) {
@@ -66,44 +64,7 @@ long Length(const std::string& text) { return SizeWithUnit(text, 1024); }
 // The whole statement's text, from its first token to its last.
 std::string WholeText(const CSqlCursor& cursor) { return cursor.SourceText(0, static_cast<std::size_t>(-1)); }
 
-// One statement being read: the cursor over its tokens and what is said
-// about the parts passed over.
-class CStatementParser {
-public:
-    CStatementParser(CSqlCursor& cursor, CStatementDecl& result) : m_cursor(cursor), m_result(result) {}
-
-    void Statement();
-    void LineCommand();
-
-private:
-    void Warn(std::string text) { m_result.warnings.push_back(std::move(text)); }
-
-    bool CreateTable();
-    std::vector<CTableElement> Elements();
-    bool TableElement(std::vector<CTableElement>& elements);
-    // `inAlter`: the column of an ALTER TABLE, where the next ADD starts the next addition.
-    CColumnDecl Column(const std::string& name, bool inAlter = false);
-    bool TableConstraint(const std::string& name, CConstraintDecl& constraint);
-    void References(CForeignKeyDecl& reference);
-    void TableOptions(CTableDecl& table);
-    void StorageClause(COptionList& options);
-    void TablePartitions(CTableDecl& table);
-    std::vector<CPartitionDecl> PartitionList();
-    bool CreateIndex();
-    std::string IndexExpression();
-    void IndexOptions(CIndexDecl& index);
-    bool AlterTable();
-    bool CreateView();
-    bool CreateCode();
-    bool CreateStorageObject();
-    bool CreateDefaultOrRule();
-    bool CreateType();
-    bool CommentOn();
-    bool SystemProcedure();
-
-    CSqlCursor& m_cursor;
-    CStatementDecl& m_result;
-};
+}  // namespace
 
 void CStatementParser::Statement() {
     CSqlCursor& cursor = m_cursor;
@@ -141,6 +102,9 @@ void CStatementParser::Statement() {
     } else if (cursor.AcceptWord("ALTER")) {
         m_result.kind = "ALTER " + (cursor.Peek() ? UpperAscii(cursor.Peek()->text) : std::string());
         if (cursor.IsWord("TABLE")) read = AlterTable();
+    } else if (cursor.AcceptWord("DROP")) {
+        m_result.kind = "DROP " + (cursor.Peek() ? UpperAscii(cursor.Peek()->text) : std::string());
+        read = Drop();
     } else if (cursor.IsWord("COMMENT")) {
         m_result.kind = "COMMENT ON";
         read = CommentOn();
@@ -251,33 +215,14 @@ CColumnDecl CStatementParser::Column(const std::string& name, bool inAlter) {
     CSqlCursor& cursor = m_cursor;
     CColumnDecl column;
     column.name = name;
-    const CToken* typeToken = cursor.Peek();
-    if (typeToken && typeToken->IsName() && !EndsDefault(*typeToken) && !typeToken->IsWord("DEFAULT")) {
-        column.datatype = ReadTypeName(cursor);
-        if (cursor.AcceptSymbol('(')) {
-            int position = 0;
-            while (!cursor.AtEnd() && !cursor.IsSymbol(')')) {
-                const CToken* token = cursor.Next();
-                if (token->IsSymbol(',')) {
-                    ++position;
-                } else if (token->kind == CTokenKind::Number) {
-                    (position == 0 ? column.width : column.scale) = Length(token->text);
-                } else if (token->IsWord("MAX")) {
-                    column.width = 2147483647;
-                }
-            }
-            cursor.AcceptSymbol(')');
-        }
-        // Type suffixes that are not constraints.
-        cursor.AcceptWords({"WITH", "LOCAL", "TIME", "ZONE"}) || cursor.AcceptWords({"WITH", "TIME", "ZONE"});
-        cursor.AcceptWord("UNSIGNED");
-    }
+    ColumnType(column);
 
     // Inline constraints are applied keys first, then checks, then the
     // reference. A CONSTRAINT name names the one constraint that follows it.
     std::vector<CConstraintDecl> keys, checks, references;
     std::string constraintName;
-    while (!cursor.AtEnd() && !cursor.IsSymbol(',') && !cursor.IsSymbol(')') && !(inAlter && cursor.IsWord("ADD"))) {
+    while (!cursor.AtEnd() && !cursor.IsSymbol(',') && !cursor.IsSymbol(')') &&
+           !(inAlter && cursor.IsAnyWord({"ADD", "DROP", "ALTER", "MODIFY"}))) {
         if (cursor.AcceptWord("CONSTRAINT")) {
             constraintName = cursor.ReadName().Name();
         } else if (cursor.AcceptWords({"NOT", "NULL"})) {
@@ -345,6 +290,31 @@ CColumnDecl CStatementParser::Column(const std::string& name, bool inAlter) {
     for (auto* group : {&keys, &checks, &references})
         for (CConstraintDecl& constraint : *group) column.constraints.push_back(std::move(constraint));
     return column;
+}
+
+bool CStatementParser::ColumnType(CColumnDecl& column) {
+    CSqlCursor& cursor = m_cursor;
+    const CToken* typeToken = cursor.Peek();
+    if (!typeToken || !typeToken->IsName() || EndsDefault(*typeToken) || typeToken->IsWord("DEFAULT")) return false;
+    column.datatype = ReadTypeName(cursor);
+    if (cursor.AcceptSymbol('(')) {
+        int position = 0;
+        while (!cursor.AtEnd() && !cursor.IsSymbol(')')) {
+            const CToken* token = cursor.Next();
+            if (token->IsSymbol(',')) {
+                ++position;
+            } else if (token->kind == CTokenKind::Number) {
+                (position == 0 ? column.width : column.scale) = Length(token->text);
+            } else if (token->IsWord("MAX")) {
+                column.width = 2147483647;
+            }
+        }
+        cursor.AcceptSymbol(')');
+    }
+    // Type suffixes that are not constraints.
+    cursor.AcceptWords({"WITH", "LOCAL", "TIME", "ZONE"}) || cursor.AcceptWords({"WITH", "TIME", "ZONE"});
+    cursor.AcceptWord("UNSIGNED");
+    return true;
 }
 
 void CStatementParser::References(CForeignKeyDecl& reference) {
@@ -551,53 +521,6 @@ void CStatementParser::IndexOptions(CIndexDecl& index) {
     }
 }
 
-bool CStatementParser::AlterTable() {
-    CSqlCursor& cursor = m_cursor;
-    cursor.AcceptWord("TABLE");
-    cursor.AcceptWord("ONLY");
-    CAlterDecl alter;
-    alter.table = cursor.ReadName();
-    while (!cursor.AtEnd()) {
-        cursor.AcceptWords({"WITH", "NOCHECK"}) || cursor.AcceptWords({"WITH", "CHECK"});
-        if (!cursor.AcceptWord("ADD")) {
-            cursor.SkipItem();
-            continue;
-        }
-        const bool parenthesized = cursor.AcceptSymbol('(');
-        do {
-            std::string name;
-            if (cursor.AcceptWord("CONSTRAINT")) name = cursor.ReadName().Name();
-            if (cursor.AcceptWord("DEFAULT")) {
-                CColumnDefaultDecl columnDefault;
-                columnDefault.text = cursor.ReadUntil([](const CToken& token) { return token.IsWord("FOR"); });
-                cursor.AcceptWord("FOR");
-                columnDefault.column = cursor.ReadName().Name();
-                alter.additions.emplace_back(std::move(columnDefault));
-            } else if (IsConstraintStart(cursor)) {
-                CConstraintDecl constraint;
-                if (TableConstraint(name, constraint)) alter.additions.emplace_back(std::move(constraint));
-            } else {
-                cursor.AcceptWord("COLUMN");
-                const CToken* first = cursor.Peek();
-                if (first && (first->IsName() || first->kind == CTokenKind::String)) {
-                    const std::string column = cursor.ReadName().Name();
-                    if (cursor.IsWord("AS") || cursor.IsWord("COMPUTED"))
-                        Warn("computed column " + column + " skipped");
-                    else
-                        alter.additions.emplace_back(Column(column, true));
-                }
-            }
-            // Constraint states (RELY, ENABLE, VALIDATE, USING INDEX ...) up to the next element.
-            while (!cursor.AtEnd() && !cursor.IsSymbol(',') && !cursor.IsSymbol(')') && !cursor.IsWord("ADD"))
-                cursor.SkipItem();
-        } while (cursor.AcceptSymbol(','));
-        if (parenthesized) cursor.AcceptSymbol(')');
-    }
-    if (alter.additions.empty()) return false;
-    m_result.declaration = std::move(alter);
-    return true;
-}
-
 bool CStatementParser::CreateView() {
     CSqlCursor& cursor = m_cursor;
     cursor.AcceptWord("FORCE") || cursor.AcceptWord("NOFORCE");
@@ -759,7 +682,9 @@ bool CStatementParser::SystemProcedure() {
     return false;
 }
 
-}  // namespace
+bool IsConstraintStart(const CSqlCursor& cursor) {
+    return cursor.IsAnyWord({"CONSTRAINT", "PRIMARY", "UNIQUE", "FOREIGN", "CHECK"});
+}
 
 CStatementDecl ParseStatement(const CSqlStatement& statement, const std::string& source) {
     CStatementDecl result;

@@ -690,8 +690,8 @@ TEST(AlterTable, AddsAColumn) {
     EXPECT_EQ(statement.kind, "ALTER TABLE");
     const CAlterDecl alter = As<CAlterDecl>(statement);
     EXPECT_EQ(alter.table.parts, (Strings{"sales", "orders"}));
-    ASSERT_EQ(alter.additions.size(), 1u);
-    const auto* column = std::get_if<CColumnDecl>(&alter.additions[0]);
+    ASSERT_EQ(alter.items.size(), 1u);
+    const auto* column = std::get_if<CColumnDecl>(&alter.items[0]);
     ASSERT_NE(column, nullptr);
     EXPECT_EQ(column->name, "note");
     EXPECT_EQ(column->datatype, "VARCHAR");
@@ -702,8 +702,8 @@ TEST(AlterTable, AddsAColumn) {
 
 TEST(AlterTable, AddsNamedConstraints) {
     const CAlterDecl key = Declared<CAlterDecl>("ALTER TABLE orders ADD CONSTRAINT pk_orders PRIMARY KEY (id, region);");
-    ASSERT_EQ(key.additions.size(), 1u);
-    const auto* primary = std::get_if<CConstraintDecl>(&key.additions[0]);
+    ASSERT_EQ(key.items.size(), 1u);
+    const auto* primary = std::get_if<CConstraintDecl>(&key.items[0]);
     ASSERT_NE(primary, nullptr);
     EXPECT_EQ(primary->kind, EConstraintKind::PrimaryKey);
     EXPECT_EQ(primary->name, "pk_orders");
@@ -712,8 +712,8 @@ TEST(AlterTable, AddsNamedConstraints) {
     const CAlterDecl foreign = Declared<CAlterDecl>(
         "ALTER TABLE lines ADD CONSTRAINT fk_order FOREIGN KEY (order_id) REFERENCES orders (id)"
         " ON DELETE SET NULL ENABLE NOVALIDATE;");
-    ASSERT_EQ(foreign.additions.size(), 1u);
-    const auto* reference = std::get_if<CConstraintDecl>(&foreign.additions[0]);
+    ASSERT_EQ(foreign.items.size(), 1u);
+    const auto* reference = std::get_if<CConstraintDecl>(&foreign.items[0]);
     ASSERT_NE(reference, nullptr);
     EXPECT_EQ(reference->kind, EConstraintKind::ForeignKey);
     EXPECT_EQ(reference->reference.name, "fk_order");
@@ -722,8 +722,8 @@ TEST(AlterTable, AddsNamedConstraints) {
     EXPECT_EQ(reference->reference.onDelete, kOnDeleteSetNull);
 
     const CAlterDecl check = Declared<CAlterDecl>("ALTER TABLE lines WITH NOCHECK ADD CHECK (qty > 0)", "sqlserver");
-    ASSERT_EQ(check.additions.size(), 1u);
-    const auto* condition = std::get_if<CConstraintDecl>(&check.additions[0]);
+    ASSERT_EQ(check.items.size(), 1u);
+    const auto* condition = std::get_if<CConstraintDecl>(&check.items[0]);
     ASSERT_NE(condition, nullptr);
     EXPECT_EQ(condition->kind, EConstraintKind::Check);
     EXPECT_EQ(condition->checkText, "qty > 0");
@@ -733,8 +733,8 @@ TEST(AlterTable, TransactSqlDefaultForAColumn) {
     const CAlterDecl alter =
         Declared<CAlterDecl>("ALTER TABLE [dbo].[lines] ADD CONSTRAINT [df_qty] DEFAULT ((0)) FOR [qty]", "sqlserver");
     EXPECT_EQ(alter.table.parts, (Strings{"dbo", "lines"}));
-    ASSERT_EQ(alter.additions.size(), 1u);
-    const auto* columnDefault = std::get_if<CColumnDefaultDecl>(&alter.additions[0]);
+    ASSERT_EQ(alter.items.size(), 1u);
+    const auto* columnDefault = std::get_if<CColumnDefaultDecl>(&alter.items[0]);
     ASSERT_NE(columnDefault, nullptr);
     EXPECT_EQ(columnDefault->column, "qty");
     EXPECT_EQ(columnDefault->text, "((0))");
@@ -743,29 +743,29 @@ TEST(AlterTable, TransactSqlDefaultForAColumn) {
 TEST(AlterTable, SeveralAdditionsInParenthesesOrSeparatedByCommas) {
     const CAlterDecl oracle = Declared<CAlterDecl>(
         "ALTER TABLE t ADD (a NUMBER, b VARCHAR2(10) NOT NULL, CONSTRAINT u_ab UNIQUE (a, b));", "oracle");
-    ASSERT_EQ(oracle.additions.size(), 3u);
-    ASSERT_TRUE(std::holds_alternative<CColumnDecl>(oracle.additions[0]));
-    EXPECT_EQ(std::get<CColumnDecl>(oracle.additions[0]).name, "a");
-    ASSERT_TRUE(std::holds_alternative<CColumnDecl>(oracle.additions[1]));
-    EXPECT_EQ(std::get<CColumnDecl>(oracle.additions[1]).nullOption, 0);
-    ASSERT_TRUE(std::holds_alternative<CConstraintDecl>(oracle.additions[2]));
-    EXPECT_EQ(std::get<CConstraintDecl>(oracle.additions[2]).columns, (Strings{"a", "b"}));
+    ASSERT_EQ(oracle.items.size(), 3u);
+    ASSERT_TRUE(std::holds_alternative<CColumnDecl>(oracle.items[0]));
+    EXPECT_EQ(std::get<CColumnDecl>(oracle.items[0]).name, "a");
+    ASSERT_TRUE(std::holds_alternative<CColumnDecl>(oracle.items[1]));
+    EXPECT_EQ(std::get<CColumnDecl>(oracle.items[1]).nullOption, 0);
+    ASSERT_TRUE(std::holds_alternative<CConstraintDecl>(oracle.items[2]));
+    EXPECT_EQ(std::get<CConstraintDecl>(oracle.items[2]).columns, (Strings{"a", "b"}));
 
     const CAlterDecl tsql = Declared<CAlterDecl>("ALTER TABLE t ADD a INT NULL, b INT NOT NULL", "sqlserver");
-    ASSERT_EQ(tsql.additions.size(), 2u);
-    ASSERT_TRUE(std::holds_alternative<CColumnDecl>(tsql.additions[1]));
-    EXPECT_EQ(std::get<CColumnDecl>(tsql.additions[0]).nullOption, 1);
-    EXPECT_EQ(std::get<CColumnDecl>(tsql.additions[1]).name, "b");
+    ASSERT_EQ(tsql.items.size(), 2u);
+    ASSERT_TRUE(std::holds_alternative<CColumnDecl>(tsql.items[1]));
+    EXPECT_EQ(std::get<CColumnDecl>(tsql.items[0]).nullOption, 1);
+    EXPECT_EQ(std::get<CColumnDecl>(tsql.items[1]).name, "b");
 }
 
 TEST(AlterTable, SeveralAddClausesInOneStatement) {
     // DB2 repeats ADD for each column, without commas between them.
     const CAlterDecl alter = Declared<CAlterDecl>("ALTER TABLE t ADD COLUMN a INT ADD COLUMN b CHAR(3);", "db2");
-    ASSERT_EQ(alter.additions.size(), 2u);
-    ASSERT_TRUE(std::holds_alternative<CColumnDecl>(alter.additions[1]));
-    EXPECT_EQ(std::get<CColumnDecl>(alter.additions[0]).name, "a");
-    EXPECT_EQ(std::get<CColumnDecl>(alter.additions[1]).name, "b");
-    EXPECT_EQ(std::get<CColumnDecl>(alter.additions[1]).width, 3);
+    ASSERT_EQ(alter.items.size(), 2u);
+    ASSERT_TRUE(std::holds_alternative<CColumnDecl>(alter.items[1]));
+    EXPECT_EQ(std::get<CColumnDecl>(alter.items[0]).name, "a");
+    EXPECT_EQ(std::get<CColumnDecl>(alter.items[1]).name, "b");
+    EXPECT_EQ(std::get<CColumnDecl>(alter.items[1]).width, 3);
 }
 
 TEST(AlterTable, AnAddedComputedColumnIsSkippedWithAWarning) {
@@ -774,14 +774,115 @@ TEST(AlterTable, AnAddedComputedColumnIsSkippedWithAWarning) {
     EXPECT_EQ(statement.warnings, (Strings{"computed column total skipped"}));
 }
 
-TEST(AlterTable, AnAlterationThatAddsNothingIsNoDeclaration) {
-    const CStatementDecl drop = One("ALTER TABLE t DROP COLUMN old_note;");
-    EXPECT_EQ(drop.kind, "ALTER TABLE");
-    EXPECT_TRUE(std::holds_alternative<std::monostate>(drop.declaration));
+TEST(AlterTable, AnAlterationOfNothingTheModelHoldsIsNoDeclaration) {
+    const CStatementDecl unused = One("ALTER TABLE t DROP UNUSED COLUMNS;");
+    EXPECT_EQ(unused.kind, "ALTER TABLE");
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(unused.declaration));
 
     const CStatementDecl index = One("ALTER INDEX ix REBUILD;");
     EXPECT_EQ(index.kind, "ALTER INDEX");
     EXPECT_TRUE(std::holds_alternative<std::monostate>(index.declaration));
+}
+
+// What an ALTER TABLE's items say, one line each, for the tables below.
+std::string Items(const CStatementDecl& statement) {
+    const auto* alter = std::get_if<CAlterDecl>(&statement.declaration);
+    if (!alter) return "(no declaration)";
+    std::string text;
+    for (const CAlterItem& item : alter->items) {
+        std::string line;
+        if (const auto* column = std::get_if<CColumnDecl>(&item)) line = "add column " + column->name;
+        if (const auto* constraint = std::get_if<CConstraintDecl>(&item)) line = "add constraint " + constraint->name;
+        if (const auto* value = std::get_if<CColumnDefaultDecl>(&item)) line = "default " + value->text + " for " + value->column;
+        if (const auto* column = std::get_if<CDropColumnDecl>(&item)) line = "drop column " + column->column;
+        if (const auto* constraint = std::get_if<CDropConstraintDecl>(&item))
+            line = constraint->primaryKey ? "drop primary key" : "drop constraint " + constraint->name;
+        if (const auto* rename = std::get_if<CRenameTableDecl>(&item)) line = "rename to " + rename->to.Name();
+        if (const auto* change = std::get_if<CColumnChangeDecl>(&item)) {
+            line = "change " + change->column;
+            if (!change->newName.empty()) line += " to " + change->newName;
+            if (change->typeGiven)
+                line += " type " + change->datatype + "(" + std::to_string(change->width) + "," +
+                        std::to_string(change->scale) + ")";
+            if (change->nullOption >= 0) line += change->nullOption ? " null" : " not null";
+            if (change->defaultChange == CColumnChangeDecl::EDefault::Set) line += " default " + change->defaultText;
+            if (change->defaultChange == CColumnChangeDecl::EDefault::Drop) line += " drop default";
+        }
+        text += (text.empty() ? "" : "; ") + line;
+    }
+    return text;
+}
+
+TEST(AlterTable, DropsChangesAndRenamesInEachDialectsForm) {
+    const struct {
+        const char* platform;
+        const char* sql;
+        const char* items;
+    } cases[] = {
+        {"oracle", "ALTER TABLE t DROP COLUMN a", "drop column a"},
+        {"sqlserver", "ALTER TABLE t DROP COLUMN a, b", "drop column a; drop column b"},
+        {"oracle", "ALTER TABLE t DROP (a, b) CASCADE CONSTRAINTS", "drop column a; drop column b"},
+        {"unknown", "ALTER TABLE t DROP COLUMN a, DROP COLUMN IF EXISTS b", "drop column a; drop column b"},
+        {"unknown", "ALTER TABLE t DROP a", "drop column a"},
+        {"sqlserver", "ALTER TABLE t DROP CONSTRAINT [fk x]", "drop constraint fk x"},
+        {"oracle", "ALTER TABLE t DROP PRIMARY KEY CASCADE", "drop primary key"},
+        {"unknown", "ALTER TABLE t DROP FOREIGN KEY fk1", "drop constraint fk1"},
+        {"db2", "ALTER TABLE t DROP UNIQUE u1 DROP CHECK c1", "drop constraint u1; drop constraint c1"},
+        {"sqlserver", "ALTER TABLE t ALTER COLUMN c VARCHAR(20) NOT NULL", "change c type VARCHAR(20,-1) not null"},
+        {"sqlserver", "ALTER TABLE t ALTER COLUMN c DECIMAL(12, 2)", "change c type DECIMAL(12,2)"},
+        {"db2", "ALTER TABLE t ALTER COLUMN c SET DATA TYPE DECIMAL(12,2) ALTER COLUMN c SET NOT NULL",
+         "change c type DECIMAL(12,2); change c not null"},
+        {"unknown", "ALTER TABLE t ALTER COLUMN c TYPE bigint USING c::bigint, ALTER d DROP NOT NULL",
+         "change c type bigint(-1,-1); change d null"},
+        {"db2", "ALTER TABLE t ALTER COLUMN c SET WITH DEFAULT CURRENT TIMESTAMP",
+         "change c default CURRENT TIMESTAMP"},
+        {"db2", "ALTER TABLE t ALTER COLUMN c DROP DEFAULT", "change c drop default"},
+        {"oracle", "ALTER TABLE t MODIFY (c NUMBER(12) DEFAULT 0 NOT NULL, d NULL)",
+         "change c type NUMBER(12,-1) not null default 0; change d null"},
+        {"oracle", "ALTER TABLE t MODIFY c DEFAULT NULL", "change c drop default"},
+        {"unknown", "ALTER TABLE t CHANGE COLUMN a b INT NOT NULL", "change a to b type INT(-1,-1) not null"},
+        {"unknown", "ALTER TABLE t RENAME TO u", "rename to u"},
+        {"oracle", "ALTER TABLE t RENAME COLUMN a TO b", "change a to b"},
+        {"unknown", "ALTER TABLE t ADD x INT, DROP COLUMN y", "add column x; drop column y"},
+        {"unknown", "ALTER TABLE t ADD COLUMN x INT, ADD COLUMN y INT", "add column x; add column y"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Items(One(c.sql, c.platform)), c.items) << c.sql;
+}
+
+TEST(DropStatements, NameWhatTheyDropWithTheirKind) {
+    const struct {
+        const char* sql;
+        EDropKind kind;
+        const char* kindText;
+        Strings names;  // each as owner.name or name
+        const char* table;
+        bool cascade;
+    } cases[] = {
+        {"DROP TABLE hr.emp CASCADE CONSTRAINTS PURGE", EDropKind::Table, "DROP TABLE", {"hr.emp"}, "", true},
+        {"DROP TABLE IF EXISTS a, b", EDropKind::Table, "DROP TABLE", {"a", "b"}, "", false},
+        {"DROP INDEX ix ON dbo.t", EDropKind::Index, "DROP INDEX", {"ix"}, "dbo.t", false},
+        {"DROP INDEX t.ix", EDropKind::Index, "DROP INDEX", {"t.ix"}, "", false},
+        {"DROP VIEW v", EDropKind::View, "DROP VIEW", {"v"}, "", false},
+        {"DROP PROCEDURE dbo.p", EDropKind::Procedure, "DROP PROCEDURE", {"dbo.p"}, "", false},
+        {"DROP FUNCTION f(INTEGER), g", EDropKind::Function, "DROP FUNCTION", {"f", "g"}, "", false},
+        {"DROP TRIGGER trg", EDropKind::Trigger, "DROP TRIGGER", {"trg"}, "", false},
+        {"DROP PACKAGE BODY pk", EDropKind::PackageBody, "DROP PACKAGE", {"pk"}, "", false},
+        {"DROP PACKAGE pk", EDropKind::Package, "DROP PACKAGE", {"pk"}, "", false},
+    };
+    auto spelled = [](const CQualifiedName& name) { return name.Owner().empty() ? name.Name() : name.Owner() + "." + name.Name(); };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.sql);
+        const CStatementDecl statement = One(c.sql);
+        EXPECT_EQ(statement.kind, c.kindText);
+        const CDropDecl drop = As<CDropDecl>(statement);
+        EXPECT_EQ(drop.kind, c.kind);
+        Strings names;
+        for (const CQualifiedName& name : drop.names) names.push_back(spelled(name));
+        EXPECT_EQ(names, c.names);
+        EXPECT_EQ(drop.table.Empty() ? std::string() : spelled(drop.table), c.table);
+        EXPECT_EQ(drop.cascade, c.cascade);
+    }
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(One("DROP SEQUENCE s").declaration));
 }
 
 // ---------------------------------------------------------------------------
@@ -1079,11 +1180,11 @@ TEST(SkippedStatements, GiveTheirKindAndFirstLineButNoDeclaration) {
         "\n"
         "GRANT SELECT\n"
         "  ON emp TO clerk;\n"
-        "DROP TABLE old_emp;\n"
+        "DROP SEQUENCE old_s;\n"
         "CREATE SEQUENCE s1;\n"
         "/* done */ COMMIT;\n");
     ASSERT_EQ(statements.size(), 4u);
-    const Strings kinds = {"GRANT", "DROP", "CREATE SEQUENCE", "COMMIT"};
+    const Strings kinds = {"GRANT", "DROP SEQUENCE", "CREATE SEQUENCE", "COMMIT"};
     const std::vector<int> lines = {3, 5, 6, 7};
     for (std::size_t i = 0; i < kinds.size(); ++i) {
         EXPECT_EQ(statements[i].kind, kinds[i]) << i;
@@ -1108,7 +1209,7 @@ TEST(Terminators, TransactSqlWithoutGoOrSemicolonsGivesOneDeclarationPerStatemen
     EXPECT_EQ(As<CTableDecl>(statements[0]).name.Name(), "a");
     EXPECT_EQ(Names(As<CTableDecl>(statements[1]).elements), (Strings{"id", "a_id"}));
     EXPECT_EQ(As<CIndexDecl>(statements[2]).table.Name(), "b");
-    EXPECT_EQ(As<CAlterDecl>(statements[3]).additions.size(), 1u);
+    EXPECT_EQ(As<CAlterDecl>(statements[3]).items.size(), 1u);
     EXPECT_EQ(statements[3].line, 5);
 }
 

@@ -78,7 +78,7 @@ TEST_F(ImportTest, EverySampleYieldsWhatItDeclares) {
     const CSampleCase cases[] = {
         {"mssql_instpubs", 41, 11, 64, 9, 7, 10, 6, 3, 1, 4, 0, 0, 1, 0},
         {"flowable_mssql", 41, 62, 844, 62, 154, 59, 0, 0, 0, 0, 0, 0, 0, 0},
-        {"sybase_ase", 54, 8, 20, 5, 0, 2, 0, 2, 0, 6, 0, 0, 0, 2},
+        {"sybase_ase", 54, 7, 19, 5, 0, 2, 0, 2, 0, 6, 0, 0, 0, 2},
         {"mssql_obevo_ssms", 41, 2, 14, 2, 1, 0, 0, 1, 1, 0, 0, 0, 0, 4},
         {"oracle_legacy_hr", 47, 7, 35, 7, 18, 10, 2, 0, 2, 1, 0, 0, 0, 0},
         {"oracle_legacy_sh", 47, 8, 85, 6, 18, 8, 0, 0, 0, 0, 0, 132, 0, 0},
@@ -142,7 +142,9 @@ TEST_F(ImportTest, EveryStatementIsAppliedOrSkippedWithItsPlace) {
         {"CREATE SEQUENCE", {place + "9"}},
     };
     EXPECT_EQ(m_report.skippedAt, expected);
+    // Drops and changes are applied as they are read; the rest when the model is built.
     const std::vector<std::string> warnings = {
+        place + "5: ALTER TABLE t: column b not dropped: no statement before declares it",
         place + "3: column a appears twice in its table: the second is skipped",
         place + "6: index ix_lower on t skipped: it indexes the expression lower(a), and a model keeps indexes on "
                 "columns only",
