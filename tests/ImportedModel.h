@@ -1,0 +1,54 @@
+// A model made from scripts as vrnmodel import makes it: the importer over a
+// fresh builder, the model saved, then read back through the model reader.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include <VrnIntf.h>
+#include <VrnReader.h>
+
+#include "DdlImporter.h"
+#include "ImportReport.h"
+#include "ModelFileReader.h"
+
+struct CImported {
+    CModel model;
+    CImportReport report;
+};
+
+// The model of `scripts`, read in the dialect of `platform`, one source each,
+// saved in `dir`.
+inline CImported ImportScripts(int platform, const std::vector<std::string>& scripts, CScratchDir& dir) {
+    static int saved = 0;
+    CImported result;
+    CVrnAPI builder;
+    EXPECT_EQ(builder.Initialize(platform, nullptr), 1);
+    CDdlImporter importer(builder, result.report);
+    for (std::size_t i = 0; i < scripts.size(); ++i)
+        importer.ImportScript("script" + std::to_string(i + 1) + ".sql", scripts[i]);
+    importer.Finish();
+    const std::string path = dir.File("imported" + std::to_string(++saved) + ".vrn");
+    builder.SaveToFile(path.c_str());
+    EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
+    std::string error;
+    EXPECT_TRUE(ReadModelFile(path, result.model, error)) << error;
+    return result;
+}
+
+// The table of that name (any letter case); null when the model has none.
+inline const CModelTable* FindTable(const CModel& model, const std::string& name) {
+    for (const CModelTable& table : model.tables)
+        if (AfxCompareNoCase(table.name.c_str(), name.c_str()) == 0) return &table;
+    return nullptr;
+}
+
+inline const CModelColumn* FindColumn(const CModel& model, const std::string& table, const std::string& column) {
+    const CModelTable* found = FindTable(model, table);
+    if (!found) return nullptr;
+    for (const CModelColumn& each : found->columns)
+        if (AfxCompareNoCase(each.name.c_str(), column.c_str()) == 0) return &each;
+    return nullptr;
+}
