@@ -1,7 +1,5 @@
 #include "DdlWriter.h"
 
-#include <fnmatch.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
@@ -10,8 +8,7 @@
 
 #include <VrnIntf.h>
 
-#include "Dialect.h"
-#include "OptionForms.h"
+#include "DdlWriterCore.h"
 #include "SqlLexer.h"
 
 namespace {
@@ -148,115 +145,9 @@ std::string TypeName(ETypeDialect types, int platform, const std::string& code, 
     return name;
 }
 
-class CWriter {
-public:
-    CWriter(const CModel& model, const CDdlOptions& options, CDdlScript& script)
-        : m_model(model), m_options(options), m_script(script),
-          m_platform(options.platform >= 0 ? options.platform : model.platform),
-          m_dialect(DialectOfPlatform(m_platform, false)), m_types(TypeDialectOf(m_platform)) {}
+}  // namespace
 
-    void Write();
-
-private:
-    bool IsTransactSql() const { return m_dialect.family == EPlatformFamily::TransactSql; }
-    bool IsOracle() const { return m_dialect.family == EPlatformFamily::Oracle; }
-    bool IsDb2() const {
-        return m_dialect.family == EPlatformFamily::Db2Luw || m_dialect.family == EPlatformFamily::Db2ZOs ||
-               m_dialect.family == EPlatformFamily::As400;
-    }
-    bool IsGeneric() const { return m_dialect.family == EPlatformFamily::Other; }
-    bool SameFamily() const;
-    // An expression of the model (a default, a check) as the target spells
-    // its quoted names and strings: [a] and N'x' of T-SQL become "a" and 'x'.
-    // Functions and operators stay as written.
-    std::string Expression(const std::string& text) const;
-    // The target's family as messages name it.
-    std::string Family() const { return IsGeneric() ? "generic SQL" : m_dialect.Name(); }
-    std::string SourceFamily() const {
-        const CDialect source = DialectOfPlatform(m_model.platform, false);
-        return source.family == EPlatformFamily::Other ? "generic SQL" : source.Name();
-    }
-
-    // One statement, ended as the platform's tools expect.
-    void Statement(const std::string& text) { m_out << text << (IsTransactSql() ? "\nGO\n" : ";\n"); }
-    // A block of procedural code, which holds ";" of its own.
-    void CodeBlock(const std::string& text);
-    // What the target cannot hold: a comment line in the script, counted for the warnings.
-    void LeftOut(const std::string& what, const std::string& kind, const std::string& reason, int count = 1);
-
-    bool Included(const CModelTable& table) const {
-        return m_options.tablePattern.empty() ||
-               fnmatch(m_options.tablePattern.c_str(), table.name.c_str(), FNM_CASEFOLD) == 0;
-    }
-    // owner.name; in generic SQL the name alone, for SQLite reads a
-    // qualifier as the name of an attached database.
-    std::string TableName(const CModelTable& table) const {
-        if (!IsGeneric()) return m_dialect.Qualified(table.owner, table.name);
-        return m_dialect.Quote(m_tableNames[static_cast<std::size_t>(&table - m_model.tables.data())]);
-    }
-    // db.ts with each part quoted as it needs.
-    // Whether a primary key's options are written on a unique index of its
-    // own: DB2 builds the key on such an index, and a model of a DB2
-    // platform takes the index as the key's.
-    bool OptionsOnUniqueIndex(const CModelIndex& key) const {
-        return m_options.storage && IsDb2() && PlatformHasRule(m_platform, kRuleConsolidatePrimaryKey) &&
-               HasOptions(key);
-    }
-    std::string QuotedParts(const std::string& dotted) const {
-        std::string quoted;
-        for (std::size_t from = 0;;) {
-            const std::size_t dot = dotted.find('.', from);
-            quoted += m_dialect.Quote(dotted.substr(from, dot == std::string::npos ? std::string::npos : dot - from));
-            if (dot == std::string::npos) return quoted;
-            quoted += ".";
-            from = dot + 1;
-        }
-    }
-    std::string IndexName(const CModelIndex& index) const {
-        const auto named = m_indexNames.find(&index);
-        return m_dialect.Quote(named == m_indexNames.end() ? index.name : named->second);
-    }
-    void NameTablesAndIndexes();
-    // The column `name` of `table` as written: in generic SQL, renamed where SQLite would take it for another.
-    std::string ColumnName(const CModelTable& table, const std::string& name) const;
-    std::string ColumnList(const CModelTable& table, const std::vector<std::string>& names) const;
-
-    void StorageObjects();
-    void UserDatatypes();
-    void DefaultsAndRules();
-    void TypeBindings();
-    void Table(const CModelTable& table);
-    bool Writable(const CModelCheck& check);
-    bool Whole(const CModelIndex& index, const CModelTable& table, const std::string& what);
-    bool Whole(const CModelForeignKey& key, const CModelTable& child);
-    std::string ColumnDefinition(const CModelTable& table, const CModelColumn& column);
-    std::string ForeignKeyClause(const CModelForeignKey& key);
-    void TableStorage(const CModelTable& table, std::string& statement);
-    void Options(EOptionOwner owner, const std::array<int, 11>* slots, const std::vector<CModelProperty>& properties,
-                 const std::string& of, std::string& statement);
-    void Partitions(const CModelTable& table, const std::vector<int>& partitions, bool ofTable, std::string& statement);
-    void Indexes(const CModelTable& table);
-    void Comments(const CModelTable& table);
-    void Bindings(const CModelTable& table);
-    void ForeignKeys();
-    void Code();
-
-    const CModel& m_model;
-    const CDdlOptions& m_options;
-    CDdlScript& m_script;
-    const int m_platform;
-    const CDialect m_dialect;
-    const ETypeDialect m_types;
-    std::ostringstream m_out;
-    std::map<std::pair<std::string, std::string>, int> m_leftOut;  // (kind, reason) -> how many
-    // Generic SQL: the name each table and index is written by, unique in
-    // the one name space SQLite keeps for both.
-    std::vector<std::string> m_tableNames;
-    std::map<const CModelIndex*, std::string> m_indexNames;
-    std::map<std::pair<const CModelTable*, std::string>, std::string> m_columnNames;
-};
-
-void CWriter::CodeBlock(const std::string& text) {
+void CDdlWriter::CodeBlock(const std::string& text) {
     if (IsTransactSql()) {
         m_out << text << "\nGO\n";
     } else if (IsOracle()) {
@@ -269,23 +160,65 @@ void CWriter::CodeBlock(const std::string& text) {
     }
 }
 
-void CWriter::LeftOut(const std::string& what, const std::string& kind, const std::string& reason, int count) {
+void CDdlWriter::LeftOut(const std::string& what, const std::string& kind, const std::string& reason, int count) {
     m_out << "-- left out: " << OneLine(what) << " (" << reason << ")\n";
     m_leftOut[{kind, reason}] += count;
 }
 
-std::string CWriter::ColumnName(const CModelTable& table, const std::string& name) const {
+void CDdlWriter::Comment(const std::string& text) { m_out << "-- " << OneLine(text) << "\n"; }
+
+std::string CDdlWriter::SourceFamily() const {
+    const CDialect source = DialectOfPlatform(m_model.platform, false);
+    return source.family == EPlatformFamily::Other ? "generic SQL" : source.Name();
+}
+
+std::string CDdlWriter::TableName(const CModelTable& table) const {
+    if (!IsGeneric()) return m_dialect.Qualified(table.owner, table.name);
+    return m_dialect.Quote(m_tableNames[static_cast<std::size_t>(&table - m_model.tables.data())]);
+}
+
+std::string CDdlWriter::IndexName(const CModelIndex& index) const {
+    const auto named = m_indexNames.find(&index);
+    return m_dialect.Quote(named == m_indexNames.end() ? index.name : named->second);
+}
+
+std::string CDdlWriter::QuotedParts(const std::string& dotted) const {
+    std::string quoted;
+    for (std::size_t from = 0;;) {
+        const std::size_t dot = dotted.find('.', from);
+        quoted += m_dialect.Quote(dotted.substr(from, dot == std::string::npos ? std::string::npos : dot - from));
+        if (dot == std::string::npos) return quoted;
+        quoted += ".";
+        from = dot + 1;
+    }
+}
+
+bool CDdlWriter::OptionsOnUniqueIndex(const CModelIndex& key) const {
+    return m_options.storage && IsDb2() && PlatformHasRule(m_platform, kRuleConsolidatePrimaryKey) && HasOptions(key);
+}
+
+std::string CDdlWriter::ColumnName(const CModelTable& table, const std::string& name) const {
     const auto renamed = m_columnNames.find({&table, name});
     return m_dialect.Quote(renamed == m_columnNames.end() ? name : renamed->second);
 }
 
-std::string CWriter::ColumnList(const CModelTable& table, const std::vector<std::string>& names) const {
+std::string CDdlWriter::ColumnList(const CModelTable& table, const std::vector<std::string>& names) const {
     std::string list;
     for (const std::string& name : names) list += (list.empty() ? "" : ", ") + ColumnName(table, name);
     return "(" + list + ")";
 }
 
-void CWriter::Write() {
+void CDdlWriter::Prepare() {
+    if (IsGeneric()) NameTablesAndIndexes();
+}
+
+void CDdlWriter::Finish() {
+    m_script.text = m_out.str();
+    for (const auto& [what, count] : m_leftOut)
+        m_script.warnings.push_back(what.first + " left out (" + std::to_string(count) + "): " + what.second);
+}
+
+void CDdlWriter::Write() {
     const CPlatformInfo* platform = FindPlatform(m_platform);
     m_out << "-- " << (m_model.modelName.empty() ? std::string("Model") : OneLine(m_model.modelName)) << " for "
           << (platform && *platform->name ? platform->name : "generic SQL") << " (" << Family()
@@ -299,8 +232,8 @@ void CWriter::Write() {
         if (owned > 0)
             LeftOut("the owners of " + std::to_string(owned) + " tables", "owners of tables", "generic SQL names tables alone",
                     owned);
-        NameTablesAndIndexes();
     }
+    Prepare();
     if (m_options.storage) StorageObjects();
     UserDatatypes();
     DefaultsAndRules();
@@ -318,18 +251,16 @@ void CWriter::Write() {
     }
     if (!IsGeneric()) ForeignKeys();
     if (m_options.code) Code();
-    m_script.text = m_out.str();
-    for (const auto& [what, count] : m_leftOut)
-        m_script.warnings.push_back(what.first + " left out (" + std::to_string(count) + "): " + what.second);
+    Finish();
 }
 
 // Storage objects and code are kept as their statements' text, in the
 // dialect of the model's platform: they are written for that family only.
-bool CWriter::SameFamily() const {
+bool CDdlWriter::SameFamily() const {
     return DialectOfPlatform(m_model.platform, false).family == m_dialect.family;
 }
 
-std::string CWriter::Expression(const std::string& text) const {
+std::string CDdlWriter::Expression(const std::string& text) const {
     if (SameFamily()) return text;
     std::string out;
     std::size_t at = 0;
@@ -349,7 +280,7 @@ std::string CWriter::Expression(const std::string& text) const {
 // SQLite keeps tables and indexes in one name space, without owners: a
 // name taken already is written with its owner (a table) or its table (an
 // index) joined to it, and that is said.
-void CWriter::NameTablesAndIndexes() {
+void CDdlWriter::NameTablesAndIndexes() {
     std::map<std::string, int> taken;  // upper-cased name -> times used
     auto take = [&](const std::string& name) { return taken[UpperAscii(name)]++ == 0; };
     // `base`, or `base` with a suffix, whichever is free first.
@@ -395,7 +326,7 @@ void CWriter::NameTablesAndIndexes() {
     }
 }
 
-void CWriter::StorageObjects() {
+void CDdlWriter::StorageObjects() {
     for (const CModelStorageObject& object : m_model.storageObjects) {
         if (SameFamily())
             Statement(object.text);
@@ -405,7 +336,7 @@ void CWriter::StorageObjects() {
     }
 }
 
-void CWriter::UserDatatypes() {
+void CDdlWriter::UserDatatypes() {
     for (const CModelUserDatatype& type : m_model.userDatatypes) {
         const std::string base = TypeName(m_types, m_platform, type.datatype, type.length, type.scale);
         if (IsTransactSql())
@@ -418,7 +349,7 @@ void CWriter::UserDatatypes() {
     }
 }
 
-void CWriter::DefaultsAndRules() {
+void CDdlWriter::DefaultsAndRules() {
     for (const auto* list : {&m_model.defaults, &m_model.rules}) {
         const bool rules = list == &m_model.rules;
         for (const CModelNamedText& object : *list) {
@@ -435,15 +366,18 @@ void CWriter::DefaultsAndRules() {
     }
 }
 
-std::string CWriter::ColumnDefinition(const CModelTable& table, const CModelColumn& column) {
-    std::string definition = ColumnName(table, column.name) + " ";
-    if (!column.userDatatype.empty() && (IsTransactSql() || IsDb2()))
-        definition += m_dialect.Quote(column.userDatatype);
-    else
-        definition += TypeName(m_types, m_platform, column.datatype, column.width, column.scale);
+std::string CDdlWriter::ColumnType(const CModelColumn& column) const {
+    std::string type = !column.userDatatype.empty() && (IsTransactSql() || IsDb2())
+                           ? m_dialect.Quote(column.userDatatype)
+                           : TypeName(m_types, m_platform, column.datatype, column.width, column.scale);
     if (IsDb2() && HasProperty(column.properties, kForBitDataProperty) &&
         SqlTypeName(m_types, column.datatype, 0, 0).find("FOR BIT DATA") == std::string::npos)
-        definition += " FOR BIT DATA";
+        type += " FOR BIT DATA";
+    return type;
+}
+
+std::string CDdlWriter::ColumnDefinition(const CModelTable& table, const CModelColumn& column) {
+    std::string definition = ColumnName(table, column.name) + " " + ColumnType(column);
     if (!column.defaultText.empty()) {
         const std::string defaultText = Expression(column.defaultText);
         if (HoldsSeparatorLine(column.defaultText, m_dialect.family))
@@ -474,7 +408,7 @@ std::string CWriter::ColumnDefinition(const CModelTable& table, const CModelColu
     return definition;
 }
 
-std::string CWriter::ForeignKeyClause(const CModelForeignKey& key) {
+std::string CDdlWriter::ForeignKeyClause(const CModelForeignKey& key) {
     const CModelTable& parent = m_model.tables[static_cast<std::size_t>(key.parentTable)];
     std::vector<std::string> childColumns, parentColumns;
     for (const CModelColumnPair& pair : key.pairs) {
@@ -506,7 +440,7 @@ std::string CWriter::ForeignKeyClause(const CModelForeignKey& key) {
 
 // A check's condition is written as the model holds it, unless a line of it
 // would end the statement early; then it is left out, and that is said.
-bool CWriter::Writable(const CModelCheck& check) {
+bool CDdlWriter::Writable(const CModelCheck& check) {
     if (!HoldsSeparatorLine(check.text, m_dialect.family)) return true;
     LeftOut("check " + (check.name.empty() ? std::string("of ") : check.name + " of ") +
                 m_model.tables[static_cast<std::size_t>(check.table)].name,
@@ -517,7 +451,7 @@ bool CWriter::Writable(const CModelCheck& check) {
 // Whether a key or index names every one of its columns; one that names a
 // column the model does not hold (or none) is left out, and said once
 // (`what` empty: already said).
-bool CWriter::Whole(const CModelIndex& index, const CModelTable& table, const std::string& what) {
+bool CDdlWriter::Whole(const CModelIndex& index, const CModelTable& table, const std::string& what) {
     bool whole = !index.columns.empty();
     for (const CModelIndexColumn& column : index.columns) whole = whole && !column.name.empty();
     if (!whole && !what.empty())
@@ -526,7 +460,7 @@ bool CWriter::Whole(const CModelIndex& index, const CModelTable& table, const st
     return whole;
 }
 
-bool CWriter::Whole(const CModelForeignKey& key, const CModelTable& child) {
+bool CDdlWriter::Whole(const CModelForeignKey& key, const CModelTable& child) {
     bool whole = !key.pairs.empty();
     for (const CModelColumnPair& pair : key.pairs) whole = whole && !pair.childColumn.empty() && !pair.parentColumn.empty();
     if (!whole)
@@ -535,43 +469,46 @@ bool CWriter::Whole(const CModelForeignKey& key, const CModelTable& child) {
     return whole;
 }
 
-void CWriter::Table(const CModelTable& table) {
+std::string CDdlWriter::ColumnElement(const CModelTable& table, const CModelColumn& column) {
+    std::string definition = ColumnDefinition(table, column);
+    for (int check : table.checks) {
+        const CModelCheck& constraint = m_model.checks[static_cast<std::size_t>(check)];
+        if (constraint.column != column.name || constraint.column.empty() || !Writable(constraint)) continue;
+        definition += " " + CheckClause(constraint);
+    }
+    return definition;
+}
+
+std::string CDdlWriter::PrimaryKeyClause(const CModelTable& table, const CModelIndex& key) const {
+    std::vector<std::string> columns;
+    for (const CModelIndexColumn& column : key.columns) columns.push_back(column.name);
+    // A key whose options go on its own unique index (DB2) is left
+    // unnamed: the index, written after the table, gives it its name.
+    const bool namedByIndex = OptionsOnUniqueIndex(key);
+    std::string clause = key.name.empty() || namedByIndex ? std::string() : "CONSTRAINT " + m_dialect.Quote(key.name) + " ";
+    clause += "PRIMARY KEY";
+    if (IsTransactSql()) clause += key.clustered ? " CLUSTERED" : " NONCLUSTERED";
+    return clause + " " + ColumnList(table, columns);
+}
+
+std::string CDdlWriter::CheckClause(const CModelCheck& check) const {
+    return (check.name.empty() ? std::string() : "CONSTRAINT " + m_dialect.Quote(check.name) + " ") + "CHECK (" +
+           Expression(check.text) + ")";
+}
+
+void CDdlWriter::Table(const CModelTable& table, const std::string& as) {
     if (table.columns.empty()) {
         LeftOut("table " + table.name, "tables without columns", "no SQL creates a table without columns");
         return;
     }
     std::vector<std::string> elements;
-    for (const CModelColumn& column : table.columns) {
-        std::string definition = ColumnDefinition(table, column);
-        for (int check : table.checks) {
-            const CModelCheck& constraint = m_model.checks[static_cast<std::size_t>(check)];
-            if (constraint.column != column.name || constraint.column.empty() || !Writable(constraint))
-                continue;
-            definition += (constraint.name.empty() ? std::string() : " CONSTRAINT " + m_dialect.Quote(constraint.name)) +
-                          " CHECK (" + Expression(constraint.text) + ")";
-        }
-        elements.push_back(definition);
-    }
-    const bool keyWritten = table.primaryKey >= 0 &&
-                            Whole(table.indexes[static_cast<std::size_t>(table.primaryKey)], table, "primary key");
-    if (keyWritten) {
-        const CModelIndex& key = table.indexes[static_cast<std::size_t>(table.primaryKey)];
-        std::vector<std::string> columns;
-        for (const CModelIndexColumn& column : key.columns) columns.push_back(column.name);
-        // A key whose options go on its own unique index (DB2) is left
-        // unnamed: the index, written after the table, gives it its name.
-        const bool namedByIndex = OptionsOnUniqueIndex(key);
-        std::string clause =
-            key.name.empty() || namedByIndex ? std::string() : "CONSTRAINT " + m_dialect.Quote(key.name) + " ";
-        clause += "PRIMARY KEY";
-        if (IsTransactSql()) clause += key.clustered ? " CLUSTERED" : " NONCLUSTERED";
-        elements.push_back(clause + " " + ColumnList(table, columns));
-    }
+    for (const CModelColumn& column : table.columns) elements.push_back(ColumnElement(table, column));
+    if (table.primaryKey >= 0 && Whole(table.indexes[static_cast<std::size_t>(table.primaryKey)], table, "primary key"))
+        elements.push_back(PrimaryKeyClause(table, table.indexes[static_cast<std::size_t>(table.primaryKey)]));
     for (int check : table.checks) {
         const CModelCheck& constraint = m_model.checks[static_cast<std::size_t>(check)];
         if (!constraint.column.empty() || !Writable(constraint)) continue;
-        elements.push_back((constraint.name.empty() ? std::string() : "CONSTRAINT " + m_dialect.Quote(constraint.name) + " ") +
-                           "CHECK (" + Expression(constraint.text) + ")");
+        elements.push_back(CheckClause(constraint));
     }
     // SQLite adds no constraint to a table that exists: its foreign keys go with the table.
     if (IsGeneric()) {
@@ -586,7 +523,7 @@ void CWriter::Table(const CModelTable& table) {
                         "the model names no parent table");
         }
     }
-    std::string statement = "CREATE TABLE " + TableName(table) + " (\n";
+    std::string statement = "CREATE TABLE " + (as.empty() ? TableName(table) : as) + " (\n";
     for (std::size_t i = 0; i < elements.size(); ++i)
         statement += "  " + elements[i] + (i + 1 < elements.size() ? ",\n" : "\n");
     statement += ")";
@@ -594,7 +531,7 @@ void CWriter::Table(const CModelTable& table) {
     Statement(statement);
 }
 
-void CWriter::TableStorage(const CModelTable& table, std::string& statement) {
+void CDdlWriter::TableStorage(const CModelTable& table, std::string& statement) {
     if (!m_options.storage) return;
     if (!table.storageSpace.empty()) {
         if (IsTransactSql())
@@ -610,7 +547,7 @@ void CWriter::TableStorage(const CModelTable& table, std::string& statement) {
     Partitions(table, table.partitions, true, statement);
 }
 
-void CWriter::Options(EOptionOwner owner, const std::array<int, 11>* slots,
+void CDdlWriter::Options(EOptionOwner owner, const std::array<int, 11>* slots,
                       const std::vector<CModelProperty>& properties, const std::string& of, std::string& statement) {
     const CWrittenOptions written = WriteOptions(owner, slots, properties, m_dialect.family);
     statement += written.clauses;
@@ -622,7 +559,7 @@ void CWriter::Options(EOptionOwner owner, const std::array<int, 11>* slots,
 // PARTITION BY RANGE (columns) (PARTITION p VALUES LESS THAN (...) ...) of a
 // table, LOCAL (PARTITION p ...) of an index. The model keeps no partitioning
 // method: partitions with limits are written as ranges, others by hash.
-void CWriter::Partitions(const CModelTable& table, const std::vector<int>& partitions, bool ofTable,
+void CDdlWriter::Partitions(const CModelTable& table, const std::vector<int>& partitions, bool ofTable,
                          std::string& statement) {
     if (partitions.empty()) return;
     if (!IsOracle()) {
@@ -671,63 +608,67 @@ void CWriter::Partitions(const CModelTable& table, const std::vector<int>& parti
     statement += ")";
 }
 
-void CWriter::Indexes(const CModelTable& table) {
-    for (std::size_t i = 0; i < table.indexes.size(); ++i) {
-        const CModelIndex& index = table.indexes[i];
-        if (static_cast<int>(i) != table.primaryKey && !Whole(index, table, "index")) continue;
-        if (static_cast<int>(i) == table.primaryKey) {
-            if (index.columns.empty() || !Whole(index, table, "")) continue;
-            // The options of a primary key's index: DB2 builds the key on a
-            // unique index of its columns, which a model of DB2 takes as the
-            // key's own. Elsewhere the key has no index statement to hold them.
-            if (!m_options.storage || !HasOptions(index) || (IsTransactSql() && index.storageSpace.empty() &&
-                                                            index.properties.empty() && index.partitions.empty()))
-                continue;
-            if (!OptionsOnUniqueIndex(index)) {
-                LeftOut("the physical options of primary key " + index.name + " of " + table.name,
-                        "options of primary keys", Family() + " writes none for a primary key");
-                continue;
-            }
-        }
-        std::string statement = "CREATE ";
-        if (index.unique) statement += "UNIQUE ";
-        if (IsTransactSql()) statement += index.clustered ? "CLUSTERED " : "NONCLUSTERED ";
-        statement += "INDEX " + IndexName(index) + " ON " + TableName(table) + " (";
-        for (std::size_t c = 0; c < index.columns.size(); ++c)
-            statement += (c ? ", " : "") + ColumnName(table, index.columns[c].name) + (index.columns[c].descending ? " DESC" : "");
-        statement += ")";
-        if (IsDb2() && index.clustered) statement += " CLUSTER";
-        if (m_options.storage) {
-            if (!index.storageSpace.empty()) {
-                if (IsTransactSql()) statement += " ON " + m_dialect.Quote(index.storageSpace);
-                else if (IsOracle() || IsDb2()) statement += " TABLESPACE " + m_dialect.Quote(index.storageSpace);
-                else LeftOut("storage space " + index.storageSpace + " of index " + index.name, "storage spaces",
-                             "generic SQL has none");
-            }
-            Options(EOptionOwner::Index, &index.storageParams, index.properties, "index " + index.name, statement);
-            Partitions(table, index.partitions, false, statement);
-        }
-        Statement(statement);
-    }
+void CDdlWriter::Indexes(const CModelTable& table) {
+    for (std::size_t i = 0; i < table.indexes.size(); ++i) Index(table, i);
 }
 
-void CWriter::Comments(const CModelTable& table) {
+void CDdlWriter::Index(const CModelTable& table, std::size_t i) {
+    const CModelIndex& index = table.indexes[i];
+    if (static_cast<int>(i) != table.primaryKey && !Whole(index, table, "index")) return;
+    if (static_cast<int>(i) == table.primaryKey) {
+        if (index.columns.empty() || !Whole(index, table, "")) return;
+        // The options of a primary key's index: DB2 builds the key on a
+        // unique index of its columns, which a model of DB2 takes as the
+        // key's own. Elsewhere the key has no index statement to hold them.
+        if (!m_options.storage || !HasOptions(index) || (IsTransactSql() && index.storageSpace.empty() &&
+                                                        index.properties.empty() && index.partitions.empty()))
+            return;
+        if (!OptionsOnUniqueIndex(index)) {
+            LeftOut("the physical options of primary key " + index.name + " of " + table.name,
+                    "options of primary keys", Family() + " writes none for a primary key");
+            return;
+        }
+    }
+    std::string statement = "CREATE ";
+    if (index.unique) statement += "UNIQUE ";
+    if (IsTransactSql()) statement += index.clustered ? "CLUSTERED " : "NONCLUSTERED ";
+    statement += "INDEX " + IndexName(index) + " ON " + TableName(table) + " (";
+    for (std::size_t c = 0; c < index.columns.size(); ++c)
+        statement += (c ? ", " : "") + ColumnName(table, index.columns[c].name) + (index.columns[c].descending ? " DESC" : "");
+    statement += ")";
+    if (IsDb2() && index.clustered) statement += " CLUSTER";
+    if (m_options.storage) {
+        if (!index.storageSpace.empty()) {
+            if (IsTransactSql()) statement += " ON " + m_dialect.Quote(index.storageSpace);
+            else if (IsOracle() || IsDb2()) statement += " TABLESPACE " + m_dialect.Quote(index.storageSpace);
+            else LeftOut("storage space " + index.storageSpace + " of index " + index.name, "storage spaces",
+                         "generic SQL has none");
+        }
+        Options(EOptionOwner::Index, &index.storageParams, index.properties, "index " + index.name, statement);
+        Partitions(table, index.partitions, false, statement);
+    }
+    Statement(statement);
+}
+
+void CDdlWriter::Comments(const CModelTable& table) {
     std::vector<std::pair<std::string, std::string>> comments;  // target, text
     if (!table.definition.empty()) comments.emplace_back("TABLE " + TableName(table), table.definition);
     for (const CModelColumn& column : table.columns)
         if (!column.definition.empty())
             comments.emplace_back("COLUMN " + TableName(table) + "." + ColumnName(table, column.name), column.definition);
-    for (const auto& [target, text] : comments) {
-        if (HoldsSeparatorLine(text, m_dialect.family))
-            LeftOut("comment on " + target, "comments", "a line of the text would end the statement early");
-        else if (IsOracle() || IsDb2())
-            Statement("COMMENT ON " + target + " IS " + CDialect::Literal(text));
-        else
-            LeftOut("comment on " + target, "comments", Family() + " has no COMMENT ON");
-    }
+    for (const auto& [target, text] : comments) CommentOn(target, text);
 }
 
-void CWriter::Bindings(const CModelTable& table) {
+void CDdlWriter::CommentOn(const std::string& target, const std::string& text) {
+    if (HoldsSeparatorLine(text, m_dialect.family))
+        LeftOut("comment on " + target, "comments", "a line of the text would end the statement early");
+    else if (IsOracle() || IsDb2())
+        Statement("COMMENT ON " + target + " IS " + CDialect::Literal(text));
+    else
+        LeftOut("comment on " + target, "comments", Family() + " has no COMMENT ON");
+}
+
+void CDdlWriter::Bindings(const CModelTable& table) {
     for (const CModelColumn& column : table.columns) {
         // A column of a bound user datatype is bound through its type.
         const CModelUserDatatype* type = nullptr;
@@ -754,7 +695,7 @@ void CWriter::Bindings(const CModelTable& table) {
 
 // Defaults and rules bound to user datatypes, once both exist; outside T-SQL
 // neither is written.
-void CWriter::TypeBindings() {
+void CDdlWriter::TypeBindings() {
     if (!IsTransactSql()) return;
     for (const CModelUserDatatype& type : m_model.userDatatypes) {
         for (const bool rule : {false, true}) {
@@ -767,49 +708,49 @@ void CWriter::TypeBindings() {
     }
 }
 
-void CWriter::ForeignKeys() {
-    for (const CModelForeignKey& key : m_model.foreignKeys) {
-        if (key.childTable < 0) continue;
-        const CModelTable& child = m_model.tables[static_cast<std::size_t>(key.childTable)];
-        if (!Included(child)) continue;
-        if (key.parentTable < 0) {
-            LeftOut("foreign key " + key.name + " of " + child.name, "foreign keys", "the model names no parent table");
-            continue;
-        }
-        if (!Included(m_model.tables[static_cast<std::size_t>(key.parentTable)])) {
-            LeftOut("foreign key " + key.name + " of " + child.name, "foreign keys", "its parent is not written");
-            continue;
-        }
-        if (Whole(key, child)) Statement("ALTER TABLE " + TableName(child) + " ADD " + ForeignKeyClause(key));
-    }
+void CDdlWriter::ForeignKeys() {
+    for (const CModelForeignKey& key : m_model.foreignKeys) ForeignKey(key);
 }
 
-void CWriter::Code() {
-    auto write = [&](const std::string& kind, const std::string& name, const std::string& text) {
-        if (text.empty()) return;
-        if (!SameFamily())
-            LeftOut(kind + " " + name, kind + "s",
-                    "written in " + SourceFamily());
-        else if (HoldsSeparatorLine(text, m_dialect.family))
-            LeftOut(kind + " " + name, kind + "s", "a line of the text would end the statement early");
-        else
-            CodeBlock(text);
-    };
+void CDdlWriter::ForeignKey(const CModelForeignKey& key) {
+    if (key.childTable < 0) return;
+    const CModelTable& child = m_model.tables[static_cast<std::size_t>(key.childTable)];
+    if (!Included(child)) return;
+    if (key.parentTable < 0) {
+        LeftOut("foreign key " + key.name + " of " + child.name, "foreign keys", "the model names no parent table");
+        return;
+    }
+    if (!Included(m_model.tables[static_cast<std::size_t>(key.parentTable)])) {
+        LeftOut("foreign key " + key.name + " of " + child.name, "foreign keys", "its parent is not written");
+        return;
+    }
+    if (Whole(key, child)) Statement("ALTER TABLE " + TableName(child) + " ADD " + ForeignKeyClause(key));
+}
+
+void CDdlWriter::CodeObject(const std::string& kind, const std::string& name, const std::string& text) {
+    if (text.empty()) return;
+    if (!SameFamily())
+        LeftOut(kind + " " + name, kind + "s", "written in " + SourceFamily());
+    else if (HoldsSeparatorLine(text, m_dialect.family))
+        LeftOut(kind + " " + name, kind + "s", "a line of the text would end the statement early");
+    else
+        CodeBlock(text);
+}
+
+void CDdlWriter::Code() {
     for (const CModelCode& trigger : m_model.triggers) {
         if (trigger.table >= 0 && !Included(m_model.tables[static_cast<std::size_t>(trigger.table)])) continue;
-        write("trigger", trigger.name, trigger.text);
+        CodeObject("trigger", trigger.name, trigger.text);
     }
-    for (const CModelCode& procedure : m_model.procedures) write("procedure", procedure.name, procedure.text);
+    for (const CModelCode& procedure : m_model.procedures) CodeObject("procedure", procedure.name, procedure.text);
     for (const CModelCode& package : m_model.packages) {
-        write("package", package.name, package.text);
-        write("package", package.name, package.body);
+        CodeObject("package", package.name, package.text);
+        CodeObject("package", package.name, package.body);
     }
 }
-
-}  // namespace
 
 CDdlScript WriteDdl(const CModel& model, const CDdlOptions& options) {
     CDdlScript script;
-    CWriter(model, options, script).Write();
+    CDdlWriter(model, options, script).Write();
     return script;
 }
