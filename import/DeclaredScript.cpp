@@ -17,13 +17,28 @@ bool Matches(const CQualifiedName& wanted, const CQualifiedName& name) {
     return a.empty() || b.empty() || SameName(a, b);
 }
 
-bool Holds(const std::vector<std::string>& names, const std::string& name) {
-    return std::any_of(names.begin(), names.end(), [&](const std::string& each) { return SameName(each, name); });
+// How a column's name is matched: exactly where some column has the very
+// spelling (quoted names may differ in case only), else without regard to case.
+struct CColumnMatch {
+    bool exact = false;
+    bool operator()(const std::string& a, const std::string& b) const { return exact ? a == b : SameName(a, b); }
+};
+
+bool Holds(const std::vector<std::string>& names, const std::string& name, CColumnMatch match) {
+    return std::any_of(names.begin(), names.end(), [&](const std::string& each) { return match(each, name); });
 }
 
-void Rename(std::vector<std::string>& names, const std::string& from, const std::string& to) {
+void Rename(std::vector<std::string>& names, const std::string& from, const std::string& to, CColumnMatch match) {
     for (std::string& name : names)
-        if (SameName(name, from)) name = to;
+        if (match(name, from)) name = to;
+}
+
+// Whether dropping `column` takes the constraint with it: a key or foreign
+// key over it, or its own check. A server drops these with the column, or
+// refuses the drop while they stand.
+bool Involves(const CConstraintDecl& constraint, const std::string& column, CColumnMatch match) {
+    return Holds(constraint.columns, column, match) || Holds(constraint.reference.childColumns, column, match) ||
+           (!constraint.column.empty() && match(constraint.column, column));
 }
 
 // The table a statement is about; null for statements about no table.
@@ -36,14 +51,6 @@ CQualifiedName* TableOf(CDeclaration& declaration) {
     if (auto* code = std::get_if<CCodeDecl>(&declaration))
         if (code->kind == ECodeKind::Trigger && !code->table.Empty()) return &code->table;
     return nullptr;
-}
-
-// Whether dropping `column` takes the constraint with it: a key or foreign
-// key over it, or its own check. A server drops these with the column, or
-// refuses the drop while they stand.
-bool Involves(const CConstraintDecl& constraint, const std::string& column) {
-    return Holds(constraint.columns, column) || Holds(constraint.reference.childColumns, column) ||
-           (!constraint.column.empty() && SameName(constraint.column, column));
 }
 
 bool IsNamed(const CConstraintDecl& constraint, const CDropConstraintDecl& drop) {
@@ -229,30 +236,44 @@ bool CDeclaredScript::ApplyChanges(CAlterDecl& alter, std::vector<std::string>& 
     return changed;
 }
 
+// Whether a column is named `column` exactly in one of `entries`: then
+// only that spelling is meant, for quoted names may differ in case only.
+bool CDeclaredScript::NamedExactly(const CIndexList& entries, const std::string& column) {
+    bool exact = false;
+    for (std::size_t at : entries)
+        ForEachElement(m_entries[at].statement.declaration, [&](auto& element) {
+            if constexpr (std::is_same_v<std::decay_t<decltype(element)>, CColumnDecl>)
+                exact = exact || element.name == column;
+        });
+    return exact;
+}
+
 bool CDeclaredScript::DropColumn(const CQualifiedName& table, const std::string& column) {
     bool found = false;
-    for (std::size_t at : EntriesOf(table)) {
+    const CIndexList entries = EntriesOf(table);
+    const CColumnMatch match{NamedExactly(entries, column)};
+    for (std::size_t at : entries) {
         CEntry& entry = m_entries[at];
         CDeclaration& declaration = entry.statement.declaration;
         if (auto* index = std::get_if<CIndexDecl>(&declaration)) {
-            if (Holds(index->columns, column)) entry.dropped = true;
+            if (Holds(index->columns, column, match)) entry.dropped = true;
         } else if (auto* comment = std::get_if<CCommentDecl>(&declaration)) {
-            if (SameName(comment->column, column)) entry.dropped = true;
+            if (match(comment->column, column)) entry.dropped = true;
         } else {
             EraseElements(
                 declaration,
                 [&](const CColumnDecl& decl) {
-                    const bool named = SameName(decl.name, column);
+                    const bool named = match(decl.name, column);
                     found = found || named;
                     return named;
                 },
-                [&](const CConstraintDecl& constraint) { return Involves(constraint, column); });
+                [&](const CConstraintDecl& constraint) { return Involves(constraint, column, match); });
             if (auto* alter = std::get_if<CAlterDecl>(&declaration)) {
                 auto& items = alter->items;
                 items.erase(std::remove_if(items.begin(), items.end(),
                                            [&](const CAlterItem& item) {
                                                const auto* value = std::get_if<CColumnDefaultDecl>(&item);
-                                               return value && SameName(value->column, column);
+                                               return value && match(value->column, column);
                                            }),
                             items.end());
                 if (items.empty()) entry.dropped = true;
@@ -288,12 +309,13 @@ bool CDeclaredScript::DropConstraint(const CQualifiedName& table, const CDropCon
 bool CDeclaredScript::ChangeColumn(const CQualifiedName& table, const CColumnChangeDecl& change) {
     bool found = false;
     const CIndexList entries = EntriesOf(table);
+    const CColumnMatch match{NamedExactly(entries, change.column)};
     for (std::size_t at : entries) {
         CDeclaration& declaration = m_entries[at].statement.declaration;
         ForEachElement(declaration, [&](auto& element) {
             using T = std::decay_t<decltype(element)>;
             if constexpr (std::is_same_v<T, CColumnDecl>) {
-                if (!SameName(element.name, change.column)) return;
+                if (!match(element.name, change.column)) return;
                 found = true;
                 if (change.typeGiven) {
                     element.datatype = change.datatype;
@@ -309,7 +331,7 @@ bool CDeclaredScript::ChangeColumn(const CQualifiedName& table, const CColumnCha
             // T-SQL's ADD DEFAULT x FOR c: the default the column has.
             for (CAlterItem& item : alter->items) {
                 auto* value = std::get_if<CColumnDefaultDecl>(&item);
-                if (!value || !SameName(value->column, change.column)) continue;
+                if (!value || !match(value->column, change.column)) continue;
                 if (change.defaultChange == CColumnChangeDecl::EDefault::Set) value->text = change.defaultText;
                 if (change.defaultChange == CColumnChangeDecl::EDefault::Drop) value->text.clear();
             }
@@ -333,24 +355,24 @@ bool CDeclaredScript::ChangeColumn(const CQualifiedName& table, const CColumnCha
         ForEachElement(declaration, [&](auto& element) {
             using T = std::decay_t<decltype(element)>;
             if constexpr (std::is_same_v<T, CColumnDecl>) {
-                if (SameName(element.name, from)) element.name = to;
+                if (match(element.name, from)) element.name = to;
                 for (CConstraintDecl& constraint : element.constraints) {
-                    Rename(constraint.columns, from, to);
-                    Rename(constraint.reference.childColumns, from, to);
-                    if (SameName(constraint.column, from)) constraint.column = to;
+                    Rename(constraint.columns, from, to, match);
+                    Rename(constraint.reference.childColumns, from, to, match);
+                    if (match(constraint.column, from)) constraint.column = to;
                 }
             } else {
-                Rename(element.columns, from, to);
-                Rename(element.reference.childColumns, from, to);
-                if (SameName(element.column, from)) element.column = to;
+                Rename(element.columns, from, to, match);
+                Rename(element.reference.childColumns, from, to, match);
+                if (match(element.column, from)) element.column = to;
             }
         });
-        if (auto* index = std::get_if<CIndexDecl>(&declaration)) Rename(index->columns, from, to);
+        if (auto* index = std::get_if<CIndexDecl>(&declaration)) Rename(index->columns, from, to, match);
         if (auto* comment = std::get_if<CCommentDecl>(&declaration))
-            if (SameName(comment->column, from)) comment->column = to;
+            if (match(comment->column, from)) comment->column = to;
     }
     ForEachForeignKey([&](const CQualifiedName&, CForeignKeyDecl& key, bool&) {
-        if (Matches(table, key.parent)) Rename(key.parentColumns, from, to);
+        if (Matches(table, key.parent)) Rename(key.parentColumns, from, to, match);
     });
     return true;
 }

@@ -45,6 +45,7 @@ private:
     EResult Drop(const CDropDecl& drop, std::vector<std::string>& warnings);
     // The drops, changes and renames of `alter`, applied; removed from its items.
     bool ApplyChanges(CAlterDecl& alter, std::vector<std::string>& warnings);
+    bool NamedExactly(const CIndexList& entries, const std::string& column);
     bool DropColumn(const CQualifiedName& table, const std::string& column);
     bool DropConstraint(const CQualifiedName& table, const CDropConstraintDecl& constraint);
     bool ChangeColumn(const CQualifiedName& table, const CColumnChangeDecl& change);

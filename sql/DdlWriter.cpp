@@ -148,6 +148,7 @@ std::string TypeName(ETypeDialect types, int platform, const std::string& code, 
 }  // namespace
 
 void CDdlWriter::CodeBlock(const std::string& text) {
+    ++m_statements;
     if (IsTransactSql()) {
         m_out << text << "\nGO\n";
     } else if (IsOracle()) {

@@ -36,6 +36,7 @@ public:
     const CModel& Model() const { return m_model; }
     const CDialect& Dialect() const { return m_dialect; }
     int Platform() const { return m_platform; }
+    int Statements() const { return m_statements; }
     bool IsTransactSql() const { return m_dialect.family == EPlatformFamily::TransactSql; }
     bool IsOracle() const { return m_dialect.family == EPlatformFamily::Oracle; }
     bool IsDb2() const {
@@ -55,11 +56,16 @@ public:
     std::string SourceFamily() const;
 
     // One statement, ended as the platform's tools expect.
-    void Statement(const std::string& text) { m_out << text << (IsTransactSql() ? "\nGO\n" : ";\n"); }
+    void Statement(const std::string& text) {
+        m_out << text << (IsTransactSql() ? "\nGO\n" : ";\n");
+        ++m_statements;
+    }
     // A block of procedural code, which holds ";" of its own.
     void CodeBlock(const std::string& text);
     // A comment line (a text of several lines is made one).
     void Comment(const std::string& text);
+    // Text as it is: blank lines, a heading made elsewhere.
+    void Raw(const std::string& text) { m_out << text; }
     // What the target cannot hold: a comment line in the script, counted for the warnings.
     void LeftOut(const std::string& what, const std::string& kind, const std::string& reason, int count = 1);
 
@@ -124,6 +130,7 @@ private:
     const CDialect m_dialect;
     const ETypeDialect m_types;
     std::ostringstream m_out;
+    int m_statements = 0;
     std::map<std::pair<std::string, std::string>, int> m_leftOut;  // (kind, reason) -> how many
     // Generic SQL: the name each table and index is written by, unique in
     // the one name space SQLite keeps for both.

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -13,6 +15,7 @@
 #include "DdlImporter.h"
 #include "ImportReport.h"
 #include "ModelFileReader.h"
+#include "SqlSource.h"
 
 struct CImported {
     CModel model;
@@ -51,4 +54,20 @@ inline const CModelColumn* FindColumn(const CModel& model, const std::string& ta
     for (const CModelColumn& each : found->columns)
         if (AfxCompareNoCase(each.name.c_str(), column.c_str()) == 0) return &each;
     return nullptr;
+}
+
+// The texts of the sample scripts in tests/data whose file names start
+// with `prefix`, in name order; a failure when there is none.
+inline std::vector<std::string> SampleTexts(const std::string& prefix) {
+    std::vector<std::string> names, texts;
+    for (const auto& entry : std::filesystem::directory_iterator(VRN_SAMPLES_DIR))
+        if (entry.path().filename().string().rfind(prefix, 0) == 0) names.push_back(entry.path().string());
+    std::sort(names.begin(), names.end());
+    EXPECT_FALSE(names.empty()) << "no sample named " << prefix << "* in " << VRN_SAMPLES_DIR;
+    for (const std::string& name : names) {
+        std::string text, error;
+        EXPECT_TRUE(ReadSourceText(name, text, error)) << error;
+        texts.push_back(text);
+    }
+    return texts;
 }

@@ -51,10 +51,17 @@ const CCommand kCommands[] = {
      "  --no-storage           no storage objects, storage spaces or partitions\n"
      "  --no-code              no triggers, procedures or packages\n",
      &RunDdl},
-    {"diff", "vrnmodel diff OLD NEW [--json|--markdown] [-o OUT|-]",
+    {"diff", "vrnmodel diff OLD NEW [--json|--markdown|--ddl] [--platform NAME|CODE] [-o OUT|-]",
      "says what changed from one model to another; either may be a script or database to import",
      "  --json                 the changes as JSON, one object each\n"
      "  --markdown             the changes as Markdown tables, for review comments\n"
+     "  --ddl                  the script that migrates a database from OLD to NEW, for\n"
+     "                         NEW's platform: destructive statements have a comment above\n"
+     "                         them, and what the platform cannot do in place is marked\n"
+     "                         \"-- manual step:\" (and said on standard error)\n"
+     "  --platform NAME|CODE   the platform of the migration, and of scripts read\n"
+     "  --no-storage           --ddl: no storage spaces, partitions or their changes\n"
+     "  --no-code              --ddl: no triggers, procedures or packages\n"
      "  -o, --output OUT|-     write to a file instead of standard output\n"
      "  exit status: 0 the models are equal, 1 they differ, 2 trouble\n",
      &RunDiff},
