@@ -166,6 +166,12 @@ void CDdlWriter::LeftOut(const std::string& what, const std::string& kind, const
     m_leftOut[{kind, reason}] += count;
 }
 
+std::string CDdlWriter::Target() const {
+    const CPlatformInfo* platform = FindPlatform(m_platform);
+    if (IsGeneric() || !platform || !*platform->name) return "generic SQL";
+    return std::string(platform->name) + " (" + Family() + ")";
+}
+
 void CDdlWriter::Comment(const std::string& text) { m_out << "-- " << OneLine(text) << "\n"; }
 
 std::string CDdlWriter::SourceFamily() const {
@@ -220,10 +226,8 @@ void CDdlWriter::Finish() {
 }
 
 void CDdlWriter::Write() {
-    const CPlatformInfo* platform = FindPlatform(m_platform);
     m_out << "-- " << (m_model.modelName.empty() ? std::string("Model") : OneLine(m_model.modelName)) << " for "
-          << (platform && *platform->name ? platform->name : "generic SQL") << " (" << Family()
-          << "), written by vrnmodel\n";
+          << Target() << ", written by vrnmodel\n";
     // SQL*Plus would read an & in a text as the start of a variable to ask for.
     if (IsOracle()) m_out << "SET DEFINE OFF\n";
     if (IsGeneric()) {

@@ -54,6 +54,8 @@ public:
     // The target's family as messages name it.
     std::string Family() const { return IsGeneric() ? "generic SQL" : m_dialect.Name(); }
     std::string SourceFamily() const;
+    // "Oracle 9i (Oracle)", "generic SQL": what a script's first line says it is for.
+    std::string Target() const;
 
     // One statement, ended as the platform's tools expect.
     void Statement(const std::string& text) {

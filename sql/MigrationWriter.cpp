@@ -101,9 +101,10 @@ struct CTablePlan {
     std::vector<CColumnChange> changedColumns;
     // Upper-cased names of columns that what stands on them must make way
     // for: `reshaped` ones are dropped or change type other than by
-    // widening, and take their checks too; `touched` ones also take their
-    // indexes, keys and foreign keys (nullability, and in T-SQL any type change).
-    std::set<std::string> reshaped, touched;
+    // widening, and take their checks; `touched` ones (also those whose
+    // nullability changes) take their indexes; `keyed` ones (also, in T-SQL,
+    // those widened) take the primary key and the foreign keys.
+    std::set<std::string> reshaped, touched, keyed;
     bool dropKey = false, addKey = false;
     std::vector<std::size_t> dropIndexes, addIndexes;  // into the tables' `indexes`
     std::vector<int> dropChecks, addChecks;            // into the models' `checks`
@@ -263,8 +264,10 @@ void CMigration::PlanColumns(CTablePlan& plan) {
         const bool defaultValue = Collapsed(was.defaultText) != Collapsed(column.defaultText);
         if (type || nullable || defaultValue) plan.changedColumns.push_back({&was, &column, type, nullable, defaultValue});
         const bool widened = type && Widened(was, column);
-        if (type && !widened) plan.reshaped.insert(UpperAscii(column.name));
-        if ((type && (!widened || m_new.IsTransactSql())) || nullable) plan.touched.insert(UpperAscii(column.name));
+        const std::string upper = UpperAscii(column.name);
+        if (type && !widened) plan.reshaped.insert(upper);
+        if ((type && !widened) || nullable) plan.touched.insert(upper);
+        if ((type && (!widened || m_new.IsTransactSql())) || nullable) plan.keyed.insert(upper);
         const std::string name = NewName(after) + "." + column.name;
         if (was.identity != column.identity)
             plan.manual.push_back("column " + name + (column.identity ? " becomes" : " is no longer") +
@@ -275,8 +278,7 @@ void CMigration::PlanColumns(CTablePlan& plan) {
     for (const CModelColumn& column : before.columns)
         if (!paired.count(&column)) {
             plan.droppedColumns.push_back(&column);
-            plan.touched.insert(UpperAscii(column.name));
-            plan.reshaped.insert(UpperAscii(column.name));
+            for (auto* set : {&plan.reshaped, &plan.touched, &plan.keyed}) set->insert(UpperAscii(column.name));
         }
     if (!std::is_sorted(places.begin(), places.end()))
         plan.manual.push_back("the columns of " + NewName(after) + " are in another order in the new model; " +
@@ -294,16 +296,16 @@ void CMigration::PlanColumns(CTablePlan& plan) {
 void CMigration::PlanIndexes(CTablePlan& plan) {
     const CModelTable& before = *plan.before;
     const CModelTable& after = *plan.after;
-    auto touches = [&](const CModelIndex& index) {
+    auto touches = [&](const CModelIndex& index, const std::set<std::string>& columns) {
         for (const CModelIndexColumn& column : index.columns)
-            if (plan.touched.count(UpperAscii(column.name))) return true;
+            if (columns.count(UpperAscii(column.name))) return true;
         return false;
     };
     // The primary key: dropped and added again when it changes or a column of it does.
     const CModelIndex* oldKey = before.primaryKey >= 0 ? &before.indexes[static_cast<std::size_t>(before.primaryKey)] : nullptr;
     const CModelIndex* newKey = after.primaryKey >= 0 ? &after.indexes[static_cast<std::size_t>(after.primaryKey)] : nullptr;
     if (oldKey && newKey) {
-        plan.dropKey = plan.addKey = !SameIndex(*oldKey, *newKey) || touches(*oldKey);
+        plan.dropKey = plan.addKey = !SameIndex(*oldKey, *newKey) || touches(*oldKey, plan.keyed);
     } else {
         plan.dropKey = oldKey != nullptr;
         plan.addKey = newKey != nullptr;
@@ -329,7 +331,7 @@ void CMigration::PlanIndexes(CTablePlan& plan) {
         if (static_cast<int>(i) == before.primaryKey) continue;
         const int j = pairOfOld[i];
         if (j < 0 || !SameIndex(before.indexes[i], after.indexes[static_cast<std::size_t>(j)]) ||
-            touches(before.indexes[i])) {
+            touches(before.indexes[i], plan.touched)) {
             plan.dropIndexes.push_back(i);
             if (j >= 0) plan.addIndexes.push_back(static_cast<std::size_t>(j));
         }
@@ -363,19 +365,21 @@ void CMigration::PlanForeignKeys() {
     // A key is made again when it changes or when what it stands on does:
     // a column of either side, or the parent's primary key.
     auto dependsOnChange = [&](const CModelForeignKey& key) {
+        // SQLite names a parent in the child's own definition, and keeps to the name.
+        if (Generic()) return false;
         const CModelTable& child = m_before.tables[static_cast<std::size_t>(key.childTable)];
         const auto childPlan = m_planOfOld.find(&child);
         if (childPlan != m_planOfOld.end()) {
             if (childPlan->second->rebuild) return true;
             for (const CModelColumnPair& pair : key.pairs)
-                if (childPlan->second->touched.count(UpperAscii(pair.childColumn))) return true;
+                if (childPlan->second->keyed.count(UpperAscii(pair.childColumn))) return true;
         }
         if (key.parentTable < 0) return false;
         const auto parentPlan = m_planOfOld.find(&m_before.tables[static_cast<std::size_t>(key.parentTable)]);
         if (parentPlan == m_planOfOld.end()) return true;  // the parent is dropped
         if (parentPlan->second->dropKey || parentPlan->second->rebuild) return true;
         for (const CModelColumnPair& pair : key.pairs)
-            if (parentPlan->second->touched.count(UpperAscii(pair.parentColumn))) return true;
+            if (parentPlan->second->keyed.count(UpperAscii(pair.parentColumn))) return true;
         for (std::size_t i : parentPlan->second->dropIndexes)
             for (const CModelIndexColumn& column : parentPlan->second->before->indexes[i].columns)
                 for (const CModelColumnPair& pair : key.pairs)
@@ -652,6 +656,14 @@ void CMigration::Comments(const CTablePlan& plan) {
 }
 
 void CMigration::Write() {
+    // The models by the files they come from, which tell them apart better than their names.
+    auto named = [](const CModel& model, const char* otherwise) {
+        if (!model.path.empty()) return model.path.substr(model.path.find_last_of('/') + 1);
+        return model.modelName.empty() ? std::string(otherwise) : model.modelName;
+    };
+    m_header = "-- Migration from " + named(m_before, "the old model") + " to " + named(m_after, "the new model") +
+               " for " + m_new.Target() + ", written by vrnmodel\n";
+    m_new.Raw(m_header);
     m_old.Prepare();
     m_new.Prepare();
     Match();
@@ -668,12 +680,6 @@ void CMigration::Write() {
     }
     PlanCode();
 
-    const CPlatformInfo* platform = FindPlatform(m_options.platform);
-    m_header = "-- Migration from " + (m_before.modelName.empty() ? std::string("the old model") : m_before.modelName) +
-               " to " + (m_after.modelName.empty() ? std::string("the new model") : m_after.modelName) + " for " +
-               (platform && *platform->name ? platform->name : "generic SQL") + " (" + m_new.Family() +
-               "), written by vrnmodel\n";
-    m_new.Raw(m_header);
     // SQL*Plus would read an & in a text as the start of a variable to ask for.
     if (m_new.IsOracle()) m_new.Statement("SET DEFINE OFF");
     m_opening = m_new.Statements();
@@ -685,7 +691,11 @@ void CMigration::Write() {
     }
     bool rebuilds = false;
     for (const CTablePlan& plan : m_plans) rebuilds = rebuilds || plan.rebuild;
-    if (rebuilds) Statement("PRAGMA foreign_keys = OFF");
+    if (rebuilds) {
+        m_heading.clear();
+        m_new.Raw("\n");
+        Statement("PRAGMA foreign_keys = OFF");
+    }
 
     Part("Foreign keys and code that depend on what changes");
     if (!Generic())

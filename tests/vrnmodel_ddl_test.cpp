@@ -486,7 +486,7 @@ TEST_F(DdlTest, GenericNamesThatWouldClashInSqliteAreRenamedAndSaid) {
     options.platform = 0;
     const CDdlScript script = WriteDdl(model, options);
     EXPECT_EQ(script.text,
-              "-- Model for UNKNOWN (generic SQL), written by vrnmodel\n"
+              "-- Model for generic SQL, written by vrnmodel\n"
               "-- left out: the owners of 2 tables (generic SQL names tables alone)\n"
               "-- left out: the name T of B.T, written B_T (another table has it, or SQLite keeps it for itself)\n"
               "-- left out: the name sqlite_stat9 of sqlite_stat9, written T_sqlite_stat9 (another table has it, or SQLite "
