@@ -108,6 +108,51 @@ TEST_F(DiffTest, ARenamedTableIsDroppedAndAdded) {
     EXPECT_NE(Out().find("2 changes.\n"), npos) << Out();
 }
 
+// The migration as a user checks it: the old script followed by the
+// migration imports to the model of the new script.
+TEST_F(DiffTest, TheMigrationTakesTheOldScriptToTheNewModel) {
+    const std::string pubs = kSamples + "/mssql_instpubs.sql";
+    std::string text = ReadBytes(pubs);
+    for (const auto& [from, to] : std::vector<std::pair<std::string, std::string>>{
+             {"au_lname       varchar(40)", "au_lname       varchar(60)"},
+             {"   royaltyper     int                   NULL,\n", ""},
+             {"CREATE TABLE roysched", "CREATE TABLE royalty_schedule"}}) {
+        ASSERT_NE(text.find(from), npos) << from;
+        text.replace(text.find(from), from.size(), to);
+    }
+    const std::string changed = m_dir.File("changed.sql"), migration = m_dir.File("migration.sql");
+    WriteBytes(changed, text);
+    ASSERT_EQ(Run("diff " + pubs + " " + changed + " --ddl -o " + migration), 1) << Err();
+    const std::string script = ReadBytes(migration);
+    EXPECT_NE(script.find("ALTER TABLE authors ALTER COLUMN au_lname varchar(60) NOT NULL\nGO\n"), npos) << script;
+    EXPECT_NE(script.find("-- destructive: drops column royaltyper of titleauthor and what it holds\n"
+                          "ALTER TABLE titleauthor DROP COLUMN royaltyper\nGO\n"),
+              npos)
+        << script;
+    EXPECT_NE(script.find("-- destructive: drops table roysched and its rows\nDROP TABLE roysched\nGO\n"), npos) << script;
+    // Foreign keys of the new table come last, after the tables they refer to.
+    EXPECT_LT(script.find("CREATE TABLE royalty_schedule"), script.find("ALTER TABLE royalty_schedule ADD FOREIGN KEY"));
+    EXPECT_EQ(Err(), "");
+
+    const std::string migrated = m_dir.File("migrated.vrn");
+    ASSERT_EQ(Run("import " + pubs + " " + migration + " -o " + migrated), 0) << Err();
+    EXPECT_EQ(Run("diff " + migrated + " " + changed), 0) << Out();
+
+    // Equal models need no migration.
+    EXPECT_EQ(Run("diff " + pubs + " " + pubs + " --ddl"), 0) << Err();
+    EXPECT_NE(Out().find("-- Nothing changes.\n"), npos) << Out();
+    // What the platform cannot do in place is marked, and said.
+    const std::string nullable =
+        ChangedPubs("nullable", "   city           varchar(20)           NULL,\n   state          char(2)               NULL,\n\n   zip",
+                    "   city           varchar(20)           NOT NULL,\n   state          char(2)               NULL,\n\n   zip");
+    EXPECT_EQ(Run("diff " + pubs + " " + nullable + " --ddl --platform db2zos"), 1) << Err();
+    EXPECT_NE(Out().find("-- manual step: DB2 for z/OS does not change whether column city of authors admits nulls"),
+              npos)
+        << Out();
+    EXPECT_NE(Err().find("vrnmodel: manual step: DB2 for z/OS"), npos) << Err();
+    EXPECT_EQ(Run("diff " + pubs + " " + nullable + " --ddl --platform nowhere"), 2);
+}
+
 TEST_F(DiffTest, TroubleIsExitStatusTwo) {
     const std::string pubs = kSamples + "/mssql_instpubs.sql";
     EXPECT_EQ(Run("diff " + pubs + " /no/such.sql"), 2);

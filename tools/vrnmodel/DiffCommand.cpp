@@ -51,7 +51,7 @@ int RunDiff(const CCommand& command, const std::vector<std::string>& args) {
         return 2;
     }
     CModel before, after;
-    if (!LoadModel(sides[0], before, error, ddl.platform) || !LoadModel(sides[1], after, error, ddl.platform)) {
+    if (!LoadModel(sides[0], before, error) || !LoadModel(sides[1], after, error)) {
         std::cerr << "vrnmodel: " << error << "\n";
         return 2;
     }

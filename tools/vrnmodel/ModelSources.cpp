@@ -104,13 +104,13 @@ bool ImportSources(const CSources& sources, CDdlImporter& importer, std::string&
     return true;
 }
 
-bool LoadModel(const std::string& path, CModel& model, std::string& error, int platform) {
+bool LoadModel(const std::string& path, CModel& model, std::string& error) {
     if (ReadModelFile(path, model, error)) return true;
     // A model file that cannot be read stays an error; anything else that
     // is no model file is a source to import.
     if (error.find("is not a model file") == std::string::npos) return false;
     CSources sources;
-    if (!ReadSources({path}, platform, true, sources, error)) return false;
+    if (!ReadSources({path}, -1, true, sources, error)) return false;
     RegisterHostTexts();
     CVrnAPI builder;
     if (!builder.Initialize(sources.platform, nullptr)) {

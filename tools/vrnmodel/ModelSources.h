@@ -35,6 +35,5 @@ bool ImportSources(const CSources& sources, CDdlImporter& importer, std::string&
 
 // The model of `path`: a model file read as it is, or scripts and SQLite
 // databases imported into a model in a scratch file that is removed
-// afterwards, for `platform` (-1: the one the script looks written for).
-// False with the reason.
-bool LoadModel(const std::string& path, CModel& model, std::string& error, int platform = -1);
+// afterwards. False with the reason.
+bool LoadModel(const std::string& path, CModel& model, std::string& error);

@@ -59,7 +59,7 @@ const CCommand kCommands[] = {
      "                         NEW's platform: destructive statements have a comment above\n"
      "                         them, and what the platform cannot do in place is marked\n"
      "                         \"-- manual step:\" (and said on standard error)\n"
-     "  --platform NAME|CODE   the platform of the migration, and of scripts read\n"
+     "  --platform NAME|CODE   --ddl: the platform to write the migration for (default: NEW's)\n"
      "  --no-storage           --ddl: no storage spaces, partitions or their changes\n"
      "  --no-code              --ddl: no triggers, procedures or packages\n"
      "  -o, --output OUT|-     write to a file instead of standard output\n"
