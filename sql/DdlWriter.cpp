@@ -150,19 +150,19 @@ std::string TypeName(ETypeDialect types, int platform, const std::string& code, 
 void CDdlWriter::CodeBlock(const std::string& text) {
     ++m_statements;
     if (IsTransactSql()) {
-        m_out << text << "\nGO\n";
+        Out() << text << "\nGO\n";
     } else if (IsOracle()) {
-        m_out << text << "\n/\n";
+        Out() << text << "\n/\n";
     } else if (IsDb2()) {
         // Code bodies hold ";": the statement ends at an "@" of its own.
-        m_out << "--#SET TERMINATOR @\n" << text << "\n@\n--#SET TERMINATOR ;\n";
+        Out() << "--#SET TERMINATOR @\n" << text << "\n@\n--#SET TERMINATOR ;\n";
     } else {
-        m_out << text << ";\n";
+        Out() << text << ";\n";
     }
 }
 
 void CDdlWriter::LeftOut(const std::string& what, const std::string& kind, const std::string& reason, int count) {
-    m_out << "-- left out: " << OneLine(what) << " (" << reason << ")\n";
+    Out() << "-- left out: " << OneLine(what) << " (" << reason << ")\n";
     m_leftOut[{kind, reason}] += count;
 }
 
@@ -172,7 +172,7 @@ std::string CDdlWriter::Target() const {
     return std::string(platform->name) + " (" + Family() + ")";
 }
 
-void CDdlWriter::Comment(const std::string& text) { m_out << "-- " << OneLine(text) << "\n"; }
+void CDdlWriter::Comment(const std::string& text) { Out() << "-- " << OneLine(text) << "\n"; }
 
 std::string CDdlWriter::SourceFamily() const {
     const CDialect source = DialectOfPlatform(m_model.platform, false);
@@ -226,10 +226,10 @@ void CDdlWriter::Finish() {
 }
 
 void CDdlWriter::Write() {
-    m_out << "-- " << (m_model.modelName.empty() ? std::string("Model") : OneLine(m_model.modelName)) << " for "
+    Out() << "-- " << (m_model.modelName.empty() ? std::string("Model") : OneLine(m_model.modelName)) << " for "
           << Target() << ", written by vrnmodel\n";
     // SQL*Plus would read an & in a text as the start of a variable to ask for.
-    if (IsOracle()) m_out << "SET DEFINE OFF\n";
+    if (IsOracle()) Out() << "SET DEFINE OFF\n";
     if (IsGeneric()) {
         int owned = 0;
         for (const CModelTable& table : m_model.tables)

@@ -59,7 +59,7 @@ public:
 
     // One statement, ended as the platform's tools expect.
     void Statement(const std::string& text) {
-        m_out << text << (IsTransactSql() ? "\nGO\n" : ";\n");
+        Out() << text << (IsTransactSql() ? "\nGO\n" : ";\n");
         ++m_statements;
     }
     // A block of procedural code, which holds ";" of its own.
@@ -67,7 +67,9 @@ public:
     // A comment line (a text of several lines is made one).
     void Comment(const std::string& text);
     // Text as it is: blank lines, a heading made elsewhere.
-    void Raw(const std::string& text) { m_out << text; }
+    void Raw(const std::string& text) { Out() << text; }
+    // Text written before whatever is written next, if anything is; a later call replaces it.
+    void Pending(const std::string& text) { m_pending = text; }
     // What the target cannot hold: a comment line in the script, counted for the warnings.
     void LeftOut(const std::string& what, const std::string& kind, const std::string& reason, int count = 1);
 
@@ -124,6 +126,11 @@ public:
 
 private:
     void NameTablesAndIndexes();
+    std::ostream& Out() {
+        if (!m_pending.empty()) m_out << m_pending;
+        m_pending.clear();
+        return m_out;
+    }
 
     const CModel& m_model;
     const CDdlOptions& m_options;
@@ -132,6 +139,7 @@ private:
     const CDialect m_dialect;
     const ETypeDialect m_types;
     std::ostringstream m_out;
+    std::string m_pending;
     int m_statements = 0;
     std::map<std::pair<std::string, std::string>, int> m_leftOut;  // (kind, reason) -> how many
     // Generic SQL: the name each table and index is written by, unique in

@@ -137,25 +137,14 @@ private:
     std::string NewName(const CModelTable& table) const { return m_new.TableName(table); }
     std::string Quote(const std::string& name) const { return m_new.Dialect().Quote(name); }
 
-    // The heading of the part of the script that follows, written before its first line.
-    void Part(const std::string& heading) { m_heading = heading; }
-    void Heading() {
-        if (m_heading.empty()) return;
-        m_new.Raw("\n");
-        m_new.Comment(m_heading);
-        m_heading.clear();
-    }
-    void Statement(const std::string& text) {
-        Heading();
-        m_new.Statement(text);
-    }
+    // The heading of the part of the script that follows, written before its first line, if it has one.
+    void Part(const std::string& heading) { m_new.Pending("\n-- " + heading + "\n"); }
+    void Statement(const std::string& text) { m_new.Statement(text); }
     void Destructive(const std::string& what, const std::string& text) {
-        Heading();
         m_new.Comment("destructive: " + what);
         m_new.Statement(text);
     }
     void Manual(const std::string& what) {
-        Heading();
         m_new.Comment("manual step: " + what);
         m_result.manualSteps.push_back(what);
     }
@@ -187,7 +176,6 @@ private:
     CDdlScript m_oldScript, m_newScript;
     CDdlWriter m_old;  // the old model's names as written
     CDdlWriter m_new;  // the script itself, in the new model's terms
-    std::string m_heading;
     std::string m_header;
     int m_opening = 0;  // statements written before the first change
 
@@ -586,7 +574,6 @@ void CMigration::Rebuild(const CTablePlan& plan) {
     const CModelTable& table = *plan.after;
     const std::string name = NewName(table);
     const std::string temporary = Quote(table.name + "__new");
-    Heading();
     m_new.Comment("destructive: " + name + " is made again to change its columns or constraints; its rows are copied");
     m_new.Table(table, temporary);
     std::string into, from;
@@ -608,7 +595,6 @@ void CMigration::AddColumns(const CTablePlan& plan) {
     for (const CModelColumn* column : plan.addedColumns) {
         const std::string element = m_new.ColumnElement(table, *column);
         if (!column->nullable && column->defaultText.empty()) {
-            Heading();
             m_new.Comment(column->name + " admits no nulls and has no default: the table must be empty");
         }
         if (m_new.IsTransactSql())
@@ -631,13 +617,11 @@ void CMigration::AddConstraints(const CTablePlan& plan) {
             if (m_new.Writable(check)) Statement("ALTER TABLE " + NewName(table) + " ADD " + m_new.CheckClause(check));
         }
         for (std::size_t at : plan.addIndexes) {
-            Heading();
             m_new.Index(table, at);
         }
         return;
     }
     for (std::size_t at = 0; at < table.indexes.size(); ++at) {
-        Heading();
         m_new.Index(table, at);
     }
 }
@@ -692,8 +676,7 @@ void CMigration::Write() {
     bool rebuilds = false;
     for (const CTablePlan& plan : m_plans) rebuilds = rebuilds || plan.rebuild;
     if (rebuilds) {
-        m_heading.clear();
-        m_new.Raw("\n");
+        m_new.Pending("\n");
         Statement("PRAGMA foreign_keys = OFF");
     }
 
@@ -719,14 +702,12 @@ void CMigration::Write() {
 
     Part("New tables and columns");
     for (const CModelTable* table : m_added) {
-        Heading();
         m_new.Table(*table);
     }
     for (const CTablePlan& plan : m_plans) AddColumns(plan);
     Part("Keys, checks, indexes and comments");
     for (const CTablePlan& plan : m_plans) AddConstraints(plan);
     for (const CModelTable* table : m_added) {
-        Heading();
         m_new.Indexes(*table);
         m_new.Comments(*table);
         m_new.Bindings(*table);
@@ -734,19 +715,17 @@ void CMigration::Write() {
     for (const CTablePlan& plan : m_plans) Comments(plan);
     Part("Code");
     for (const auto& [kind, code] : m_addCode) {
-        Heading();
         m_new.CodeObject(kind, code->name, code->text);
         if (std::string(kind) == "package") m_new.CodeObject(kind, code->name, code->body);
     }
     if (!Generic()) {
         Part("Foreign keys");
         for (const CModelForeignKey* key : m_addKeys) {
-            Heading();
             m_new.ForeignKey(*key);
         }
     }
     if (rebuilds) {
-        m_heading.clear();
+        m_new.Pending("\n");
         Statement("PRAGMA foreign_keys = ON");
     }
     m_new.Finish();
