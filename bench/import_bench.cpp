@@ -92,7 +92,7 @@ int main(int argc, char** argv) {
     const auto readStart = std::chrono::steady_clock::now();
     if (ReadAndParse(script, dialect) == 0) return 1;
     const double reading = std::chrono::duration<double>(std::chrono::steady_clock::now() - readStart).count();
-    std::printf("tables=%ld script_bytes=%zu seconds=%.3f reading=%.3f reading_kib=%ld dialect=%s\n", tables,
-                script.size(), seconds, reading, readingKib, dialect.Name());
+    std::printf("tables=%ld script_bytes=%zu seconds=%.3f reading=%.3f reading_kib=%ld peak_kib=%ld dialect=%s\n",
+                tables, script.size(), seconds, reading, readingKib, PeakKib(), dialect.Name());
     return saved ? 0 : 1;
 }

@@ -205,6 +205,26 @@ void CVrnFile::NoteWriteFailure(const std::string& what) {
 }
 
 int CVrnFile::Open(const char* path) {
+    if (!Attach(path)) return 0;
+    if (!CopyAttached(path)) {
+        m_pDb->Exec("ROLLBACK");
+        m_pDb->Exec("DETACH DATABASE src");
+        return 0;
+    }
+    m_pDb->Exec("DETACH DATABASE src");
+    m_bOpened = true;
+    m_lastError.clear();
+    return 1;
+}
+
+int CVrnFile::Check(const char* path) {
+    if (!Attach(path)) return 0;
+    m_pDb->Exec("DETACH DATABASE src");
+    m_lastError.clear();
+    return 1;
+}
+
+bool CVrnFile::Attach(const char* path) {
     if (!path || !*path) return Fail("cannot open a model file: no path was given");
     const std::string file(path);
     struct stat info {};
@@ -223,18 +243,14 @@ int CVrnFile::Open(const char* path) {
                     ", not an SQLite database");
 
     m_pDb->Commit();
-    if (!LoadFrom(file)) {
-        m_pDb->Exec("ROLLBACK");
+    if (!CheckAttached(file)) {
         m_pDb->Exec("DETACH DATABASE src");
-        return 0;
+        return false;
     }
-    m_pDb->Exec("DETACH DATABASE src");
-    m_bOpened = true;
-    m_lastError.clear();
-    return 1;
+    return true;
 }
 
-bool CVrnFile::LoadFrom(const std::string& file) {
+bool CVrnFile::CheckAttached(const std::string& file) {
     CStatement attach = m_pDb->Prepare("ATTACH DATABASE ?1 AS src");
     attach.BindText(1, ReadOnlyUri(file).c_str());
     if (!attach.Run())
@@ -287,6 +303,11 @@ bool CVrnFile::LoadFrom(const std::string& file) {
             return Fail(Quoted(file) + " is not a complete model file: table " + table +
                         " is missing or has other columns");
     }
+    return true;
+}
+
+bool CVrnFile::CopyAttached(const std::string& file) {
+    const std::vector<std::string> tables = TableNames(*m_pDb);
     if (!m_pDb->Exec("BEGIN")) return Fail("cannot load " + Quoted(file) + ": " + m_pDb->LastError());
     for (const std::string& table : tables) {
         const std::string name = QuoteIdentifier(table);

@@ -41,6 +41,10 @@ public:
     // Nonzero when `path` is a model file and was loaded; 0 (with a reason)
     // otherwise, and the model in memory stays empty.
     int Open(const char* path);
+    // Nonzero when `path` is a model file that Open would load, checked as
+    // Open checks it but not loaded; 0 with the reason Open would give. For
+    // readers that read the file themselves.
+    int Check(const char* path);
     // Writes the whole model to `path` atomically: a temporary file beside it,
     // then a rename. Nonzero on success; on failure 0 with a reason, an existing
     // file at `path` untouched and no temporary file left. `flags` is reserved (0).
@@ -81,7 +85,11 @@ private:
     struct CInsertCache;
 
     bool CreateSchema();
-    bool LoadFrom(const std::string& path);
+    // The file at `path` attached as "src" once it passes every check; left detached otherwise.
+    bool Attach(const char* path);
+    bool CheckAttached(const std::string& path);
+    // The attached file's rows copied into the model in memory.
+    bool CopyAttached(const std::string& path);
     bool Fail(const std::string& reason);
     CInsert* InsertFor(const char* table);
 

@@ -5,6 +5,7 @@
 
 #include "ModelFileReader.h"
 #include "TestBuilder.h"
+#include "store/StoreDb.h"
 
 namespace {
 
@@ -20,13 +21,17 @@ protected:
         return path;
     }
 
-    // Opens `path` and expects a refusal whose reason mentions `words`.
+    // Opens `path` and expects a refusal whose reason mentions `words`;
+    // checking it without opening it is refused for the same reason.
     void ExpectRefused(const std::string& path, const std::string& words) {
         CVrnFile file;
         EXPECT_EQ(file.Open(path.c_str()), 0) << path;
         EXPECT_NE(std::string(file.GetLastError()).find(words), std::string::npos)
             << "reason: " << file.GetLastError();
         EXPECT_FALSE(file.IsOpenedFile());
+        CVrnFile checked;
+        EXPECT_EQ(checked.Check(path.c_str()), 0) << path;
+        EXPECT_STREQ(checked.GetLastError(), file.GetLastError());
     }
 
     CScratchDir m_dir;
@@ -38,6 +43,13 @@ TEST_F(ModelFileTest, OpensWhatItSaved) {
     EXPECT_EQ(file.Open(path.c_str()), 1) << file.GetLastError();
     EXPECT_TRUE(file.IsOpenedFile());
     EXPECT_STREQ(file.GetLastError(), "");
+    // A check takes the file, and loads nothing.
+    CVrnFile checked;
+    EXPECT_EQ(checked.Check(path.c_str()), 1) << checked.GetLastError();
+    EXPECT_FALSE(checked.IsOpenedFile());
+    const std::string rows = "SELECT (SELECT count(*) FROM Diagram) + (SELECT count(*) FROM Model)";
+    EXPECT_GT(file.GetDb().QueryInt(rows, -1), 0);
+    EXPECT_EQ(checked.GetDb().QueryInt(rows, -1), 0);
 }
 
 TEST_F(ModelFileTest, RefusesMissingFilesAndDirectories) {
