@@ -1,7 +1,8 @@
 // Imports a generated script of N tables through vrnmodel's importer and
 // saves the model, timing the whole job:
-//   import_bench TABLES MODEL_FILE [PLATFORM]
-// PLATFORM is a platform name (oracle, the default; sqlserver for T-SQL).
+//   import_bench TABLES MODEL_FILE [PLATFORM [SCRIPT_FILE]]
+// PLATFORM is a platform name (oracle, the default; sqlserver for T-SQL);
+// the generated script is also written to SCRIPT_FILE when one is given.
 // Prints one line of name=value figures, with the time and memory of
 // reading and parsing the script alone. bench/run prints the time per table
 // at each size, so that growth faster than the script shows.
@@ -64,13 +65,20 @@ long PeakKib() {
 
 int main(int argc, char** argv) {
     const CPlatformInfo* platform = FindPlatformByName(argc > 3 ? argv[3] : "oracle");
-    if ((argc != 3 && argc != 4) || !platform) {
-        std::fprintf(stderr, "usage: import_bench TABLES MODEL_FILE [PLATFORM]\n");
+    if (argc < 3 || argc > 5 || !platform) {
+        std::fprintf(stderr, "usage: import_bench TABLES MODEL_FILE [PLATFORM [SCRIPT_FILE]]\n");
         return 2;
     }
     const CDialect dialect = DialectOfPlatform(platform->code, false);
     const long tables = std::strtol(argv[1], nullptr, 10);
     const std::string script = GeneratedScript(tables);
+    if (argc == 5) {
+        std::FILE* out = std::fopen(argv[4], "wb");
+        if (!out || std::fwrite(script.data(), 1, script.size(), out) != script.size() || std::fclose(out) != 0) {
+            std::fprintf(stderr, "import_bench: cannot write %s\n", argv[4]);
+            return 1;
+        }
+    }
     // The memory that reading and parsing take beyond the script itself:
     // measured first, in a process that holds nothing else yet.
     const long before = PeakKib();

@@ -445,12 +445,12 @@ CDdlImporter::EOutcome CDdlImporter::ApplyBinding(const CBindingDecl& binding, c
 void CDdlImporter::Finish() {
     // Each statement is let go once applied, so that the declarations and
     // the model they become are not both held whole.
-    std::vector<CDeclaredScript::CEntry> declared = m_declared.Take();
+    std::deque<CDeclaredScript::CEntry> declared = m_declared.Take();
     for (CDeclaredScript::CEntry& entry : declared) {
         if (entry.dropped)
             ++m_report.applied;  // taken back by a later statement, which is what the script says
         else
-            Settle(std::move(entry.statement), entry.source, entry.applied);
+            Settle(std::move(entry.statement), *entry.source, entry.applied);
         entry = CDeclaredScript::CEntry();
     }
     declared.clear();

@@ -131,16 +131,19 @@ CDeclaredScript::EResult CDeclaredScript::Add(CStatementDecl statement, const st
         changed = ApplyChanges(*alter, warnings);
         if (alter->items.empty()) return changed ? EResult::Applied : EResult::Skipped;
     }
-    m_entries.push_back(CEntry{std::move(statement), source, false, changed});
+    if (m_sources.empty() || m_sources.back() != source) m_sources.push_back(source);
+    m_entries.push_back(CEntry{std::move(statement), &m_sources.back(), false, changed});
     Index(m_entries.size() - 1);
     return EResult::Kept;
 }
 
-std::vector<CDeclaredScript::CEntry> CDeclaredScript::Take() {
+std::deque<CDeclaredScript::CEntry> CDeclaredScript::Take() {
     m_byTable.clear();
     m_byIndex.clear();
     m_byCode.clear();
-    return std::move(m_entries);
+    std::deque<CEntry> taken;
+    taken.swap(m_entries);
+    return taken;
 }
 
 CDeclaredScript::EResult CDeclaredScript::Drop(const CDropDecl& drop, std::vector<std::string>& warnings) {

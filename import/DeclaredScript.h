@@ -11,6 +11,7 @@
 // declared; it never reaches into a model being continued.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <string>
 #include <unordered_map>
@@ -22,7 +23,7 @@ class CDeclaredScript {
 public:
     struct CEntry {
         CStatementDecl statement;
-        std::string source;
+        const std::string* source = nullptr;  // the source's name, held by the store for as long as it lives
         bool dropped = false;  // taken back by a later statement
         bool applied = false;  // it dropped or changed declarations already
     };
@@ -37,7 +38,7 @@ public:
     // TABLE that also adds is kept with its additions alone.
     EResult Add(CStatementDecl statement, const std::string& source, std::vector<std::string>& warnings);
     // The statements kept, in order; the store is empty afterwards.
-    std::vector<CEntry> Take();
+    std::deque<CEntry> Take();
 
 private:
     using CIndexList = std::vector<std::size_t>;
@@ -57,7 +58,10 @@ private:
     void Index(std::size_t entry);
 
     std::function<bool(const CQualifiedName&)> m_inModel;
-    std::vector<CEntry> m_entries;
+    // A deque: entries are never moved as it grows (a script's statements
+    // number in the tens of thousands, and each is a few hundred bytes).
+    std::deque<CEntry> m_entries;
+    std::deque<std::string> m_sources;
     // Upper-cased names to entries: of the table a statement is about, of
     // an index, of a piece of code.
     std::unordered_map<std::string, CIndexList> m_byTable, m_byIndex, m_byCode;

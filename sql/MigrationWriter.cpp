@@ -20,7 +20,7 @@ std::string TableKey(const CModelTable& table) {
     return UpperAscii(TrimmedOwner(table.owner)) + "." + UpperAscii(table.name);
 }
 
-bool SameName(const std::string& a, const std::string& b) { return UpperAscii(a) == UpperAscii(b); }
+bool SameName(const std::string& a, const std::string& b) { return AfxCompareNoCase(a.c_str(), b.c_str()) == 0; }
 
 // A text with its runs of blanks made one space and its ends trimmed: how
 // two checks, defaults or bodies that differ in layout only compare equal.
@@ -98,6 +98,7 @@ struct CTablePlan {
         bool type, nullable, defaultValue;
     };
     std::vector<const CModelColumn*> droppedColumns, addedColumns;
+    std::vector<std::pair<const CModelColumn*, const CModelColumn*>> pairedColumns;  // old, new
     std::vector<CColumnChange> changedColumns;
     // Upper-cased names of columns that what stands on them must make way
     // for: `reshaped` ones are dropped or change type other than by
@@ -225,18 +226,19 @@ void CMigration::PlanColumns(CTablePlan& plan) {
     // By name exactly, then without regard to case: quoted names may differ in case only.
     std::vector<const CModelColumn*> pairOf(after.columns.size(), nullptr);
     std::set<const CModelColumn*> paired;
-    for (const bool exactly : {true, false})
+    for (const bool exactly : {true, false}) {
+        std::multimap<std::string, const CModelColumn*> unpaired;
+        for (const CModelColumn& was : before.columns)
+            if (!paired.count(&was)) unpaired.emplace(exactly ? was.name : UpperAscii(was.name), &was);
         for (std::size_t j = 0; j < after.columns.size(); ++j) {
             if (pairOf[j]) continue;
-            for (const CModelColumn& was : before.columns) {
-                if (paired.count(&was)) continue;
-                const bool same = exactly ? was.name == after.columns[j].name : SameName(was.name, after.columns[j].name);
-                if (!same) continue;
-                pairOf[j] = &was;
-                paired.insert(&was);
-                break;
-            }
+            const auto found = unpaired.find(exactly ? after.columns[j].name : UpperAscii(after.columns[j].name));
+            if (found == unpaired.end()) continue;
+            pairOf[j] = found->second;
+            paired.insert(found->second);
+            unpaired.erase(found);
         }
+    }
     std::vector<std::size_t> places;  // the kept columns' places in the old table, in the new order
     for (std::size_t j = 0; j < after.columns.size(); ++j) {
         const CModelColumn& column = after.columns[j];
@@ -250,12 +252,14 @@ void CMigration::PlanColumns(CTablePlan& plan) {
                           !SameName(was.userDatatype, column.userDatatype);
         const bool nullable = was.nullable != column.nullable;
         const bool defaultValue = Collapsed(was.defaultText) != Collapsed(column.defaultText);
+        plan.pairedColumns.emplace_back(&was, &column);
         if (type || nullable || defaultValue) plan.changedColumns.push_back({&was, &column, type, nullable, defaultValue});
         const bool widened = type && Widened(was, column);
         const std::string upper = UpperAscii(column.name);
         if (type && !widened) plan.reshaped.insert(upper);
         if ((type && !widened) || nullable) plan.touched.insert(upper);
         if ((type && (!widened || m_new.IsTransactSql())) || nullable) plan.keyed.insert(upper);
+        if (was.identity == column.identity && was.defaultId == column.defaultId && was.ruleId == column.ruleId) continue;
         const std::string name = NewName(after) + "." + column.name;
         if (was.identity != column.identity)
             plan.manual.push_back("column " + name + (column.identity ? " becomes" : " is no longer") +
@@ -630,13 +634,13 @@ void CMigration::Comments(const CTablePlan& plan) {
     if (plan.rebuild) return;
     const CModelTable& table = *plan.after;
     if (plan.before->definition != table.definition) m_new.CommentOn("TABLE " + NewName(table), table.definition);
-    for (const CModelColumn& column : table.columns) {
-        std::string was;
-        for (const CModelColumn& old : plan.before->columns)
-            if (SameName(old.name, column.name)) was = old.definition;
-        if (was != column.definition)
-            m_new.CommentOn("COLUMN " + NewName(table) + "." + m_new.ColumnName(table, column.name), column.definition);
-    }
+    auto comment = [&](const CModelColumn& column) {
+        m_new.CommentOn("COLUMN " + NewName(table) + "." + m_new.ColumnName(table, column.name), column.definition);
+    };
+    for (const auto& [was, column] : plan.pairedColumns)
+        if (was->definition != column->definition) comment(*column);
+    for (const CModelColumn* column : plan.addedColumns)
+        if (!column->definition.empty()) comment(*column);
 }
 
 void CMigration::Write() {
