@@ -111,12 +111,12 @@ void CDeclaredScript::Index(std::size_t entry) {
     if (const auto* code = std::get_if<CCodeDecl>(&declaration)) m_byCode[UpperAscii(code->name.Name())].push_back(entry);
 }
 
-CDeclaredScript::CIndexList CDeclaredScript::EntriesOf(const CQualifiedName& table) const {
+CDeclaredScript::CIndexList CDeclaredScript::EntriesOf(const CQualifiedName& table) {
     CIndexList found;
     const auto listed = m_byTable.find(UpperAscii(table.Name()));
     if (listed == m_byTable.end()) return found;
     for (std::size_t at : listed->second) {
-        CEntry& entry = const_cast<CEntry&>(m_entries[at]);
+        CEntry& entry = m_entries[at];
         const CQualifiedName* name = TableOf(entry.statement.declaration);
         if (!entry.dropped && name && Matches(table, *name)) found.push_back(at);
     }

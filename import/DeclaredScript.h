@@ -54,7 +54,7 @@ private:
     // Every foreign key declared anywhere: `visit` sees each with the table it belongs to.
     void ForEachForeignKey(const std::function<void(const CQualifiedName&, CForeignKeyDecl&, bool& erase)>& visit);
     // The kept entries about `table` (its CREATE, ALTERs, indexes, comments, triggers).
-    CIndexList EntriesOf(const CQualifiedName& table) const;
+    CIndexList EntriesOf(const CQualifiedName& table);
     void Index(std::size_t entry);
 
     std::function<bool(const CQualifiedName&)> m_inModel;
