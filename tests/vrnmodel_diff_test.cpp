@@ -47,9 +47,9 @@ TEST_F(DiffTest, EverySampleAgainstItselfIsEqual) {
     const struct {
         const char* prefix;
         const char* platform;
-    } samples[] = {{"mssql_instpubs", "sqlserver"}, {"flowable_mssql", "sqlserver"}, {"sybase_ase", "sybase"},
-                   {"oracle_legacy_hr", "oracle"},  {"oracle_legacy_sh", "oracle"},  {"db2luw_SAMPLE", "db2"},
-                   {"db2zos_genevaers", "db2zos"}};
+    } samples[] = {{"mssql_instpubs", "sqlserver"},   {"flowable_mssql", "sqlserver"}, {"sybase_ase", "sybase"},
+                   {"mssql_obevo_ssms", "sqlserver"}, {"oracle_legacy_hr", "oracle"},  {"oracle_legacy_sh", "oracle"},
+                   {"oracle_legacy_qs", "oracle"},    {"db2luw_SAMPLE", "db2"},        {"db2zos_genevaers", "db2zos"}};
     for (const auto& sample : samples) {
         SCOPED_TRACE(sample.prefix);
         const std::string model = m_dir.File(std::string(sample.prefix) + ".vrn");
