@@ -577,6 +577,10 @@ void CMigration::AlterColumn(const CTablePlan& plan, const CTablePlan::CColumnCh
 void CMigration::Rebuild(const CTablePlan& plan) {
     const CModelTable& table = *plan.after;
     const std::string name = NewName(table);
+    if (table.columns.empty()) {
+        Manual("drop " + OldName(*plan.before) + ": the new model keeps no columns for it, and no SQL makes a table of none");
+        return;
+    }
     const std::string temporary = Quote(table.name + "__new");
     m_new.Comment("destructive: " + name + " is made again to change its columns or constraints; its rows are copied");
     m_new.Table(table, temporary);

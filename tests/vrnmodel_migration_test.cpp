@@ -244,6 +244,53 @@ protected:
     CScratchDir m_dir;
 };
 
+// The order a server needs: what stands on a changing column goes first and
+// comes back after it, in the reverse order.
+TEST_F(MigrationTest, DependentsMakeWayForAChangingKeyColumnAndComeBackAfter) {
+    const auto script = [](int width) {
+        const std::string type = "varchar(" + std::to_string(width) + ")";
+        return "CREATE TABLE parent (id " + type + " NOT NULL, CONSTRAINT pk_parent PRIMARY KEY (id))\nGO\n"
+               "CREATE TABLE child (pid " + type + " NULL, note varchar(10) NULL)\nGO\n"
+               "CREATE INDEX ix_child ON child (pid)\nGO\n"
+               "ALTER TABLE child ADD CONSTRAINT fk_child FOREIGN KEY (pid) REFERENCES parent (id)\nGO\n";
+    };
+    const int tsql = Platform("sqlserver");
+    const CModel old = Import(tsql, {script(10)});
+    const CModel wider = Import(tsql, {script(20)});
+    CDdlOptions options;
+    const std::string text = WriteMigration(old, wider, options).text;
+    const std::vector<std::string> order = {
+        "ALTER TABLE child DROP CONSTRAINT fk_child",  "ALTER TABLE parent DROP CONSTRAINT pk_parent",
+        "ALTER TABLE parent ALTER COLUMN id varchar(20) NOT NULL", "ALTER TABLE child ALTER COLUMN pid varchar(20) NULL",
+        "ALTER TABLE parent ADD CONSTRAINT pk_parent PRIMARY KEY", "ALTER TABLE child ADD CONSTRAINT fk_child FOREIGN KEY"};
+    std::size_t at = 0;
+    for (const std::string& statement : order) {
+        const std::size_t found = text.find(statement);
+        ASSERT_NE(found, std::string::npos) << statement << "\n" << text;
+        EXPECT_GT(found, at) << statement << " is out of order:\n" << text;
+        at = found;
+    }
+    // A widened column keeps its index in T-SQL.
+    EXPECT_EQ(text.find("ix_child"), std::string::npos) << text;
+
+    // Oracle changes only what changed, and takes a default away with DEFAULT NULL.
+    const int oracle = Platform("oracle");
+    const CModel before = Import(oracle, {"CREATE TABLE t (a NUMBER(5) DEFAULT 1 NOT NULL, b VARCHAR2(10));\n"});
+    const CModel after = Import(oracle, {"CREATE TABLE t (a NUMBER(5) NOT NULL, b VARCHAR2(10) NOT NULL);\n"});
+    const std::string modify = WriteMigration(before, after, options).text;
+    EXPECT_NE(modify.find("ALTER TABLE t MODIFY (a DEFAULT NULL);\nALTER TABLE t MODIFY (b NOT NULL);\n"), std::string::npos)
+        << modify;
+
+    // DB2 narrows no column in place: the script says so, and does nothing else to it.
+    options.platform = Platform("db2");
+    const CMigrationScript narrower = WriteMigration(wider, old, options);
+    ASSERT_EQ(narrower.manualSteps.size(), 2u) << narrower.text;
+    EXPECT_NE(narrower.manualSteps[0].find("DB2 does not change column id of parent from VARCHAR(20) to VARCHAR(10)"),
+              std::string::npos)
+        << narrower.manualSteps[0];
+    EXPECT_EQ(narrower.text.find("SET DATA TYPE"), std::string::npos) << narrower.text;
+}
+
 TEST_F(MigrationTest, TransactSqlMigrationsLeadToTheNewModel) { CheckFamily("sqlserver"); }
 TEST_F(MigrationTest, OracleMigrationsLeadToTheNewModel) { CheckFamily("oracle"); }
 TEST_F(MigrationTest, Db2LuwMigrationsLeadToTheNewModel) { CheckFamily("db2"); }
