@@ -56,6 +56,21 @@ inline const CModelColumn* FindColumn(const CModel& model, const std::string& ta
     return nullptr;
 }
 
+// Every sample of tests/data: the prefix of its files' names and the
+// platform its scripts are written for.
+struct CSample {
+    const char* prefix;
+    const char* platform;
+};
+inline const std::vector<CSample>& AllSamples() {
+    static const std::vector<CSample> samples = {
+        {"mssql_instpubs", "sqlserver"},   {"flowable_mssql", "sqlserver"}, {"sybase_ase", "sybase"},
+        {"mssql_obevo_ssms", "sqlserver"}, {"oracle_legacy_hr", "oracle"},  {"oracle_legacy_sh", "oracle"},
+        {"oracle_legacy_qs", "oracle"},    {"db2luw_SAMPLE", "db2"},        {"db2zos_genevaers", "db2zos"},
+    };
+    return samples;
+}
+
 // The texts of the sample scripts in tests/data whose file names start
 // with `prefix`, in name order; a failure when there is none.
 inline std::vector<std::string> SampleTexts(const std::string& prefix) {

@@ -16,6 +16,7 @@
 
 #include "CommandLineTest.h"
 #include "DdlImporter.h"
+#include "ImportedModel.h"
 #include "DdlWriter.h"
 #include "ModelFileReader.h"
 #include "SqlSource.h"
@@ -358,15 +359,7 @@ TEST_F(DdlTest, ModelsBuiltThroughTheBuilderComeBackFromTheirOwnScript) {
 
 // Same platform: every sample's model comes back from its own DDL.
 TEST_F(DdlTest, EverySampleComesBackFromItsOwnScript) {
-    const struct {
-        const char* prefix;
-        const char* platform;
-    } samples[] = {
-        {"mssql_instpubs", "sqlserver"}, {"flowable_mssql", "sqlserver"}, {"sybase_ase", "sybase"},
-        {"mssql_obevo_ssms", "sqlserver"}, {"oracle_legacy_hr", "oracle"}, {"oracle_legacy_sh", "oracle"},
-        {"oracle_legacy_qs", "oracle"}, {"db2luw_SAMPLE", "db2"}, {"db2zos_genevaers", "db2zos"},
-    };
-    for (const auto& sample : samples) {
+    for (const CSample& sample : AllSamples()) {
         SCOPED_TRACE(sample.prefix);
         std::vector<std::string> paths;
         for (const std::string& name : SampleFiles(sample.prefix)) paths.push_back(kSamples + "/" + name);

@@ -9,6 +9,7 @@
 
 #include "CommandLineTest.h"
 #include "DiffReport.h"
+#include "ImportedModel.h"
 #include "ModelFileReader.h"
 
 namespace {
@@ -44,13 +45,7 @@ protected:
 };
 
 TEST_F(DiffTest, EverySampleAgainstItselfIsEqual) {
-    const struct {
-        const char* prefix;
-        const char* platform;
-    } samples[] = {{"mssql_instpubs", "sqlserver"},   {"flowable_mssql", "sqlserver"}, {"sybase_ase", "sybase"},
-                   {"mssql_obevo_ssms", "sqlserver"}, {"oracle_legacy_hr", "oracle"},  {"oracle_legacy_sh", "oracle"},
-                   {"oracle_legacy_qs", "oracle"},    {"db2luw_SAMPLE", "db2"},        {"db2zos_genevaers", "db2zos"}};
-    for (const auto& sample : samples) {
+    for (const CSample& sample : AllSamples()) {
         SCOPED_TRACE(sample.prefix);
         const std::string model = m_dir.File(std::string(sample.prefix) + ".vrn");
         ASSERT_EQ(Run("import " + kSamples + "/" + sample.prefix + "* -o " + model + " --platform " + sample.platform),

@@ -180,16 +180,8 @@ protected:
     // Every sample, written for `family` and read back, changed in each way.
     void CheckFamily(const char* family) {
         const int platform = family[0] ? Platform(family) : 0;
-        const struct {
-            const char* prefix;
-            const char* platform;
-        } samples[] = {
-            {"mssql_instpubs", "sqlserver"},   {"flowable_mssql", "sqlserver"},   {"sybase_ase", "sybase"},
-            {"mssql_obevo_ssms", "sqlserver"}, {"oracle_legacy_hr", "oracle"},    {"oracle_legacy_sh", "oracle"},
-            {"oracle_legacy_qs", "oracle"},    {"db2luw_SAMPLE", "db2"},          {"db2zos_genevaers", "db2zos"},
-        };
         std::map<std::string, int> applied;
-        for (const auto& sample : samples) {
+        for (const CSample& sample : AllSamples()) {
             SCOPED_TRACE(std::string(sample.prefix) + " as " + (family[0] ? family : "generic SQL"));
             const CModel source = Import(Platform(sample.platform), SampleTexts(sample.prefix));
             const std::string oldScript = Ddl(source, platform);
