@@ -32,6 +32,7 @@ struct CImportOptions {
     int platform = -1;
     bool verbose = false;
     std::vector<std::pair<std::string, std::string>> tags;
+    COdbcOptions odbc;
 };
 
 int Import(const CImportOptions& options) {
@@ -44,6 +45,7 @@ int Import(const CImportOptions& options) {
     std::string readError;
     if (!ReadSources(options.sources, options.platform, options.encoding == "auto", sources, readError))
         return Failure(readError);
+    sources.odbc = options.odbc;
     const int platform = sources.platform;
     const std::vector<char>& databases = sources.databases;
     const std::vector<CDialect>& dialects = sources.dialects;
@@ -89,8 +91,11 @@ int Import(const CImportOptions& options) {
               << (options.platform < 0 ? ", guessed from the input" : "") << ")\n";
     std::cout << "Read as:\n";
     for (std::size_t i = 0; i < options.sources.size(); ++i) {
-        std::cout << "  " << options.sources[i] << ": ";
-        if (databases[i]) std::cout << "an SQLite database, from its catalog\n";
+        std::cout << "  " << COdbcSource::Shown(options.sources[i]) << ": ";
+        if (sources.servers[i])
+            std::cout << "a live database, " << sources.servers[i]->Description() << ", from its catalog ("
+                      << sources.servers[i]->Calls() << " catalog calls)\n";
+        else if (databases[i]) std::cout << "an SQLite database, from its catalog\n";
         else std::cout << dialects[i].Name() << (dialects[i].guessed ? " (guessed from the script)" : " (--platform)") << "\n";
     }
     std::cout << "The model holds:\n";
@@ -159,6 +164,11 @@ int RunImport(const CCommand& command, const std::vector<std::string>& args) {
             if (!arguments.Value(text)) return missing();
             if (text.find('=') == std::string::npos) return UsageError(command, "--define needs NAME=VALUE");
             options.tags.emplace_back(text.substr(0, text.find('=')), text.substr(text.find('=') + 1));
+        } else if (arg == "--schema") {
+            if (!arguments.Value(text)) return missing();
+            options.odbc.schemas.push_back(text);
+        } else if (arg == "--tables") {
+            if (!arguments.Value(options.odbc.tablePattern)) return missing();
         } else if (arg == "--verbose" || arg == "-v") {
             options.verbose = true;
         } else if (!arg.empty() && arg[0] == '-') {

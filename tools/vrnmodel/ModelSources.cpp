@@ -64,13 +64,25 @@ bool ReadSources(const std::vector<std::string>& paths, int platform, bool detec
     sources.texts.assign(paths.size(), std::string());
     sources.databases.assign(paths.size(), 0);
     sources.dialects.assign(paths.size(), CDialect());
+    sources.servers.assign(paths.size(), nullptr);
     for (std::size_t i = 0; i < paths.size(); ++i) {
+        if (COdbcSource::Names(paths[i])) {
+            // A live database is connected to now: its server tells the model's platform.
+            auto server = std::make_shared<COdbcSource>();
+            if (!server->Open(paths[i], error)) return false;
+            sources.servers[i] = std::move(server);
+            continue;
+        }
         if (!CheckSource(paths[i], sources.databases[i], error)) return false;
         if (sources.databases[i]) continue;
         if (!ReadSourceText(paths[i], sources.texts[i], error, detectUtf16)) return false;
     }
     sources.platform = platform;
     for (std::size_t i = 0; i < paths.size(); ++i) {
+        if (sources.servers[i]) {
+            if (sources.platform < 0) sources.platform = sources.servers[i]->Platform();
+            continue;
+        }
         if (sources.databases[i]) continue;
         if (platform >= 0) {
             sources.dialects[i] = DialectOfPlatform(platform, false);
@@ -93,8 +105,11 @@ bool ReadSources(const std::vector<std::string>& paths, int platform, bool detec
 
 bool ImportSources(const CSources& sources, CDdlImporter& importer, std::string& error, bool progress) {
     for (std::size_t i = 0; i < sources.paths.size(); ++i) {
-        if (progress) std::fprintf(stderr, "\rreading %s ...", sources.paths[i].c_str());
-        if (sources.databases[i]) {
+        if (progress) std::fprintf(stderr, "\rreading %s ...", COdbcSource::Shown(sources.paths[i]).c_str());
+        if (sources.servers[i]) {
+            if (!sources.servers[i]->Import(importer, sources.odbc, COdbcSource::Shown(sources.paths[i]), error))
+                return false;
+        } else if (sources.databases[i]) {
             if (!ImportSqliteDatabase(sources.paths[i], importer, error)) return false;
         } else {
             importer.ImportScript(sources.paths[i], sources.texts[i], &sources.dialects[i]);

@@ -3,6 +3,7 @@
 // is not a model file.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,13 +12,17 @@
 
 #include "DdlImporter.h"
 #include "Dialect.h"
+#include "OdbcSource.h"
 
 struct CSources {
     std::vector<std::string> paths;
     std::vector<std::string> texts;  // scripts' text; empty for a database
     std::vector<char> databases;     // not vector<bool>: its elements are bound by reference
     std::vector<CDialect> dialects;  // each script's, chosen once
-    int platform = 0;                // --platform, or the first a script tells
+    // Each live database's connection (odbc:...), null for a file.
+    std::vector<std::shared_ptr<COdbcSource>> servers;
+    COdbcOptions odbc;               // the schemas and tables to read of live databases
+    int platform = 0;                // --platform, or the first a script or server tells
 };
 
 // The host texts the builder writes into a model and its messages.

@@ -16,7 +16,8 @@
 
 const CCommand kCommands[] = {
     {"import", "vrnmodel import SOURCE... -o MODEL [options]",
-     "reads DDL scripts (T-SQL, Oracle SQL*Plus, DB2) and SQLite databases into one model file",
+     "reads DDL scripts (T-SQL, Oracle SQL*Plus, DB2), SQLite databases and live databases\n"
+     "(odbc:CONNECTION, an ODBC connection string) into one model file",
      "  -o, --output MODEL     the model file to write (never one of the sources)\n"
      "  --platform NAME|CODE   target platform: a name below or a code of the platform\n"
      "                         table (default: guessed from the first script)\n"
@@ -25,6 +26,11 @@ const CCommand kCommands[] = {
      "  --model-id N           model number of the new objects\n"
      "  --encoding auto|utf-8  auto: UTF-16 by its byte order mark, else UTF-8\n"
      "  --define NAME=VALUE    value of the template tag &$NAME. in scripts\n"
+     "  --schema NAME|PATTERN  live databases: a schema to read (repeatable; LIKE patterns);\n"
+     "                         default: every schema but the server's own\n"
+     "  --tables PATTERN       live databases: only tables whose names match (LIKE pattern)\n"
+     "  A live database's password comes from its connection string, from VRN_ODBC_PASSWORD,\n"
+     "  or is asked for on a terminal; it is never shown, logged or written to the model.\n"
      "  -v, --verbose          list every skipped statement and warning\n",
      &RunImport},
     {"show", "vrnmodel show MODEL [--json|--markdown] [--code] [-o OUT|-]",
@@ -51,7 +57,7 @@ const CCommand kCommands[] = {
      "  --no-storage           no storage objects, storage spaces or partitions\n"
      "  --no-code              no triggers, procedures or packages\n",
      &RunDdl},
-    {"diff", "vrnmodel diff OLD NEW [--json|--markdown|--ddl] [--platform NAME|CODE] [-o OUT|-]",
+    {"diff", "vrnmodel diff OLD NEW [--json|--markdown|--ddl] [--platform NAME|CODE] [--no-storage] [--no-code] [-o OUT|-]",
      "says what changed from one model to another; either may be a script or database to import",
      "  --json                 the changes as JSON, one object each\n"
      "  --markdown             the changes as Markdown tables, for review comments\n"
