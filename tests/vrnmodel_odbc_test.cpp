@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -12,6 +13,7 @@
 #include "CommandLineTest.h"
 #include "ConnectionString.h"
 #include "ImportedModel.h"
+#include "PostgresServer.h"
 
 namespace {
 
@@ -51,7 +53,7 @@ CREATE VIEW big_orders AS SELECT order_id, customer_id FROM orders WHERE status 
 )";
 
 bool DriverInstalled(const char* name) {
-    const std::string command = std::string("odbcinst -q -d -n ") + name + " > /dev/null 2>&1";
+    const std::string command = std::string("odbcinst -q -d -n '") + name + "' > /dev/null 2>&1";
     return std::system(command.c_str()) == 0;
 }
 
@@ -142,6 +144,156 @@ TEST_F(OdbcTest, AMissingDriverIsSaidAndThePasswordIsNeverShown) {
         << Err();
     EXPECT_EQ(ReadBytes(m_dir.File("summary.txt")).find("hunter2"), npos);
     EXPECT_EQ(ReadBytes(model).find("hunter2"), npos);
+}
+
+// A schema of a dozen tables in a real PostgreSQL server: composite keys, a
+// self reference, a cycle, descending index columns, defaults, a view, a
+// function and a procedure.
+const char* const kPostgresSchema = R"(
+CREATE SCHEMA sales;
+SET search_path = sales;
+CREATE TABLE region (region_id integer NOT NULL PRIMARY KEY, name varchar(40) NOT NULL UNIQUE);
+CREATE TABLE country (country_code char(2) NOT NULL PRIMARY KEY, region_id integer REFERENCES region (region_id),
+  name varchar(60) NOT NULL DEFAULT 'unknown');
+CREATE TABLE department (dept_id integer NOT NULL PRIMARY KEY, head_id integer, name varchar(40) NOT NULL);
+CREATE TABLE employee (emp_id integer NOT NULL PRIMARY KEY, manager_id integer REFERENCES employee (emp_id),
+  dept_id integer REFERENCES department (dept_id), name varchar(80) NOT NULL,
+  salary numeric(10,2) DEFAULT 0 CHECK (salary >= 0), hired date);
+ALTER TABLE department ADD CONSTRAINT fk_department_head FOREIGN KEY (head_id) REFERENCES employee (emp_id);
+CREATE TABLE project (dept_id integer NOT NULL REFERENCES department (dept_id), project_no integer NOT NULL,
+  title varchar(100), budget numeric(12,2), PRIMARY KEY (dept_id, project_no));
+CREATE TABLE assignment (dept_id integer NOT NULL, project_no integer NOT NULL, emp_id integer NOT NULL
+  REFERENCES employee (emp_id) ON DELETE CASCADE, hours real DEFAULT 0, PRIMARY KEY (dept_id, project_no, emp_id),
+  CONSTRAINT fk_assignment_project FOREIGN KEY (dept_id, project_no) REFERENCES project (dept_id, project_no)
+  ON DELETE CASCADE ON UPDATE CASCADE);
+CREATE TABLE customer (customer_id integer NOT NULL PRIMARY KEY, name varchar(80) NOT NULL,
+  country_code char(2) REFERENCES country (country_code), created timestamp DEFAULT CURRENT_TIMESTAMP);
+CREATE TABLE orders (order_id integer NOT NULL PRIMARY KEY, customer_id integer NOT NULL
+  REFERENCES customer (customer_id), ordered date NOT NULL, status char(1) DEFAULT 'N');
+CREATE TABLE product (product_id integer NOT NULL PRIMARY KEY, name varchar(80) NOT NULL, price numeric(9,2));
+CREATE TABLE order_line (order_id integer NOT NULL REFERENCES orders (order_id), line_no integer NOT NULL,
+  product_id integer NOT NULL REFERENCES product (product_id), quantity integer NOT NULL DEFAULT 1,
+  PRIMARY KEY (order_id, line_no));
+CREATE TABLE price_history (product_id integer NOT NULL REFERENCES product (product_id), valid_from date NOT NULL,
+  price numeric(9,2) NOT NULL, PRIMARY KEY (product_id, valid_from));
+CREATE TABLE note (note_id integer NOT NULL PRIMARY KEY, body text, author_id integer REFERENCES employee (emp_id));
+CREATE INDEX ix_employee_name ON employee (name, hired DESC);
+CREATE INDEX ix_orders_recent ON orders (ordered DESC, customer_id);
+CREATE UNIQUE INDEX ux_product_name ON product (name);
+CREATE VIEW big_orders AS SELECT order_id, customer_id FROM orders WHERE status = 'B';
+CREATE FUNCTION order_total(p_order integer) RETURNS numeric LANGUAGE sql AS $$ SELECT 0::numeric $$;
+CREATE PROCEDURE close_order(p_order integer) LANGUAGE sql
+  AS $$ UPDATE sales.orders SET status = 'C' WHERE order_id = p_order $$;
+)";
+
+class PostgresTest : public CommandLineTest {
+protected:
+    void SetUp() override {
+        if (!DriverInstalled("PostgreSQL Unicode"))
+            GTEST_SKIP() << "the PostgreSQL ODBC driver (Debian odbc-postgresql) is not registered with unixODBC";
+        std::string why;
+        if (!m_server.Start(why)) GTEST_SKIP() << "no PostgreSQL server could be started here: " << why;
+    }
+    CPostgresServer m_server;
+};
+
+// The catalog's answer as sorted lines.
+std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = text.find('\n', at);
+        lines.push_back(text.substr(at, end == npos ? npos : end - at));
+        at = end == npos ? text.size() : end + 1;
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
+
+TEST_F(PostgresTest, AServersSchemaComesInAsItsCatalogHasIt) {
+    m_server.Sql(kPostgresSchema);
+    ASSERT_TRUE(m_server.LastSqlSucceeded()) << m_server.Sql(kPostgresSchema);
+    const std::string model = m_dir.File("sales.vrn");
+    ASSERT_EQ(Run("import 'odbc:" + m_server.Connection() + "' --schema sales -o " + model), 0) << Err() << Out();
+    EXPECT_NE(Out().find("a live database, PostgreSQL "), npos) << Out();
+    CModel read;
+    std::string error;
+    ASSERT_TRUE(ReadModelFile(model, read, error)) << error;
+
+    // Tables with their number of columns, as the catalog counts them.
+    std::vector<std::string> tables;
+    for (const CModelTable& table : read.tables)
+        tables.push_back(table.name + "|" + std::to_string(table.columns.size()));
+    std::sort(tables.begin(), tables.end());
+    EXPECT_EQ(tables, Lines(m_server.Sql("SELECT c.table_name, count(*) FROM information_schema.columns c JOIN "
+                                         "information_schema.tables t USING (table_schema, table_name) WHERE "
+                                         "t.table_schema = 'sales' AND t.table_type = 'BASE TABLE' GROUP BY 1;")));
+    // Primary keys, their columns in order.
+    std::vector<std::string> keys;
+    for (const CModelTable& table : read.tables) {
+        if (table.primaryKey < 0) continue;
+        std::string columns;
+        for (const CModelIndexColumn& column : table.indexes[static_cast<std::size_t>(table.primaryKey)].columns)
+            columns += (columns.empty() ? "" : ",") + column.name;
+        keys.push_back(table.name + "|" + columns);
+    }
+    std::sort(keys.begin(), keys.end());
+    EXPECT_EQ(keys, Lines(m_server.Sql(
+                        "SELECT tc.table_name, string_agg(k.column_name, ',' ORDER BY k.ordinal_position) FROM "
+                        "information_schema.table_constraints tc JOIN information_schema.key_column_usage k USING "
+                        "(constraint_schema, constraint_name) WHERE tc.constraint_type = 'PRIMARY KEY' AND "
+                        "tc.table_schema = 'sales' GROUP BY 1;")));
+    // Foreign keys: child, parent and delete action, as the catalog has them.
+    std::vector<std::string> foreignKeys;
+    for (const CModelForeignKey& key : read.foreignKeys) {
+        ASSERT_GE(key.parentTable, 0);
+        foreignKeys.push_back(read.tables[static_cast<std::size_t>(key.childTable)].name + "|" +
+                              read.tables[static_cast<std::size_t>(key.parentTable)].name + "|" +
+                              (key.onDelete == 'C' ? "c" : "a"));
+    }
+    std::sort(foreignKeys.begin(), foreignKeys.end());
+    EXPECT_EQ(foreignKeys, Lines(m_server.Sql("SELECT c.relname, p.relname, confdeltype FROM pg_constraint JOIN "
+                                              "pg_class c ON c.oid = conrelid JOIN pg_class p ON p.oid = confrelid "
+                                              "WHERE contype = 'f' AND connamespace = 'sales'::regnamespace;")));
+    // Indexes other than the keys', with their descending columns.
+    std::vector<std::string> indexes;
+    for (const CModelTable& table : read.tables)
+        for (std::size_t i = 0; i < table.indexes.size(); ++i) {
+            if (static_cast<int>(i) == table.primaryKey) continue;
+            std::string columns;
+            for (const CModelIndexColumn& column : table.indexes[i].columns)
+                columns += (columns.empty() ? "" : ",") + column.name + (column.descending ? " DESC" : "");
+            indexes.push_back(table.indexes[i].name + "|" + columns);
+        }
+    std::sort(indexes.begin(), indexes.end());
+    EXPECT_EQ(indexes, Lines(m_server.Sql(
+                           "SELECT i.relname, string_agg(a.attname || CASE WHEN x.indoption[k.n - 1] & 1 = 1 THEN "
+                           "' DESC' ELSE '' END, ',' ORDER BY k.n) FROM pg_index x JOIN pg_class i ON i.oid = "
+                           "x.indexrelid CROSS JOIN LATERAL unnest(x.indkey) WITH ORDINALITY AS k(attnum, n) JOIN "
+                           "pg_attribute a ON a.attrelid = x.indrelid AND a.attnum = k.attnum WHERE NOT "
+                           "x.indisprimary AND i.relnamespace = 'sales'::regnamespace GROUP BY 1;")));
+    // The function and the procedure, by name.
+    std::vector<std::string> code;
+    for (const CModelCode& procedure : read.procedures) code.push_back(procedure.name);
+    std::sort(code.begin(), code.end());
+    EXPECT_EQ(code, (std::vector<std::string>{"close_order", "order_total"}));
+    // A column's type, nullability and default.
+    const CModelColumn* name = FindColumn(read, "country", "name");
+    ASSERT_NE(name, nullptr);
+    EXPECT_EQ(name->width, 60);
+    EXPECT_FALSE(name->nullable);
+    EXPECT_NE(name->defaultText.find("'unknown'"), npos) << name->defaultText;
+}
+
+TEST_F(PostgresTest, ASchemaThatDoesNotExistIsSaidAndNoModelIsWritten) {
+    const std::string model = m_dir.File("none.vrn");
+    EXPECT_EQ(Run("import 'odbc:" + m_server.Connection() + "' --schema nowhere -o " + model), 1);
+    EXPECT_NE(Err().find("no table or view in the schemas asked for"), npos) << Err();
+    EXPECT_FALSE(std::filesystem::exists(model));
+    // A refused login says so.
+    EXPECT_EQ(Run("import 'odbc:Driver=PostgreSQL Unicode;Server=127.0.0.1;Port=" + std::to_string(m_server.Port()) +
+                  ";Database=postgres;UID=nobody_here' -o " + model),
+              1);
+    EXPECT_NE(Err().find("cannot connect"), npos) << Err();
 }
 
 }  // namespace
