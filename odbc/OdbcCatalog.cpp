@@ -8,6 +8,7 @@
 
 #include <VrnIntf.h>
 
+#include "FamilyCatalog.h"
 #include "SqlLexer.h"
 
 namespace {
@@ -81,15 +82,6 @@ int UpdateAction(long rule) {
     }
 }
 
-CQualifiedName Name(const std::string& schema, const std::string& name) {
-    CQualifiedName qualified;
-    if (!schema.empty()) qualified.parts.push_back(schema);
-    qualified.parts.push_back(name);
-    return qualified;
-}
-
-std::string Key(const std::string& schema, const std::string& table) { return schema + '\x1e' + table; }
-
 // Schemas a server keeps for itself, left out unless asked for by name.
 bool IsSystemSchema(const std::string& schema) {
     static const char* const kSystem[] = {"INFORMATION_SCHEMA", "PG_CATALOG", "PG_TOAST", "SYS", "SYSIBM",
@@ -104,6 +96,133 @@ struct CTableRef {
     std::string schema, name;
     bool view = false;
 };
+
+// Keys, indexes and foreign keys: ODBC asks for them one table at a time.
+void ReadPerTable(COdbcConnection& connection, const std::vector<CTableRef>& found, CCatalogParts& parts,
+                  std::vector<std::string>& warnings) {
+    std::vector<CStatementDecl>& indexes = parts.indexes;
+    std::vector<CStatementDecl>& foreignKeys = parts.foreignKeys;
+    for (const CTableRef& table : found) {
+        if (table.view) continue;
+        CTableDecl& decl = (*parts.tables)[Key(table.schema, table.name)];
+        const std::string what = "table " + table.name;
+        std::vector<std::pair<long, std::string>> keyColumns;
+        std::string keyName;
+        if (std::unique_ptr<COdbcRows> rows = connection.PrimaryKeys(table.schema, table.name)) {
+            while (rows->Next()) {
+                keyColumns.emplace_back(rows->Number(5), rows->Text(4));
+                keyName = rows->Text(6);
+            }
+        } else {
+            warnings.push_back(what + ": primary key not read: " + connection.Error());
+        }
+        std::sort(keyColumns.begin(), keyColumns.end());
+        CConstraintDecl key;
+        key.kind = EConstraintKind::PrimaryKey;
+        key.name = keyName;
+        for (const auto& column : keyColumns) key.columns.push_back(column.second);
+        if (!key.columns.empty()) decl.elements.emplace_back(key);
+
+        std::map<std::string, CIndexDecl> byName;
+        std::vector<std::string> order;
+        if (std::unique_ptr<COdbcRows> rows = connection.Statistics(table.schema, table.name)) {
+            std::map<std::string, std::vector<std::pair<long, std::pair<std::string, bool>>>> columns;
+            while (rows->Next()) {
+                if (rows->Number(7) == SQL_TABLE_STAT || rows->IsNull(6)) continue;
+                const std::string name = rows->Text(6);
+                auto [index, added] = byName.emplace(name, CIndexDecl());
+                if (added) {
+                    order.push_back(name);
+                    index->second.name = name;
+                    index->second.table = Name(table.schema, table.name);
+                    index->second.unique = rows->Number(4, 1) == 0;
+                }
+                columns[name].emplace_back(rows->Number(8), std::make_pair(rows->Text(9), UpperAscii(rows->Text(10)) == "D"));
+            }
+            for (auto& [name, list] : columns) {
+                std::sort(list.begin(), list.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+                for (const auto& column : list) {
+                    byName[name].columns.push_back(column.second.first);
+                    byName[name].descending.push_back(column.second.second);
+                }
+            }
+        } else {
+            warnings.push_back(what + ": indexes not read: " + connection.Error());
+        }
+        for (const std::string& name : order) {
+            CIndexDecl& index = byName[name];
+            // The index that carries the primary key is the key's own.
+            if (index.unique && index.columns == key.columns) continue;
+            CStatementDecl statement;
+            statement.kind = "CREATE INDEX";
+            statement.declaration = std::move(index);
+            indexes.push_back(std::move(statement));
+        }
+
+        if (std::unique_ptr<COdbcRows> rows = connection.ForeignKeys(table.schema, table.name)) {
+            std::map<std::string, std::vector<std::pair<long, std::pair<std::string, std::string>>>> pairs;
+            std::map<std::string, CForeignKeyDecl> keys;
+            std::vector<std::string> keyOrder;
+            while (rows->Next()) {
+                // Unnamed keys (some drivers) are told apart by their parent.
+                const std::string parentSchema = rows->Text(2), parentTable = rows->Text(3);
+                const std::string name = rows->IsNull(12) ? "\x1f" + Key(parentSchema, parentTable) : rows->Text(12);
+                auto [entry, added] = keys.emplace(name, CForeignKeyDecl());
+                if (added) {
+                    keyOrder.push_back(name);
+                    entry->second.name = name[0] == '\x1f' ? std::string() : name;
+                    entry->second.parent = Name(parentSchema, parentTable);
+                    entry->second.onUpdate = UpdateAction(rows->Number(10, SQL_NO_ACTION));
+                    entry->second.onDelete = DeleteAction(rows->Number(11, SQL_NO_ACTION));
+                }
+                pairs[name].emplace_back(rows->Number(9), std::make_pair(rows->Text(8), rows->Text(4)));
+            }
+            for (const std::string& name : keyOrder) {
+                auto& list = pairs[name];
+                std::sort(list.begin(), list.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+                CConstraintDecl constraint;
+                constraint.kind = EConstraintKind::ForeignKey;
+                constraint.reference = keys[name];
+                constraint.name = constraint.reference.name;
+                for (const auto& pair : list) {
+                    constraint.reference.childColumns.push_back(pair.second.first);
+                    constraint.reference.parentColumns.push_back(pair.second.second);
+                }
+                CAlterDecl alter;
+                alter.table = Name(table.schema, table.name);
+                alter.items.emplace_back(std::move(constraint));
+                CStatementDecl statement;
+                statement.kind = "ALTER TABLE";
+                statement.declaration = std::move(alter);
+                foreignKeys.push_back(std::move(statement));
+            }
+        } else {
+            warnings.push_back(what + ": foreign keys not read: " + connection.Error());
+        }
+    }
+}
+
+// Procedures and functions by name: ODBC gives no text.
+void ReadProcedures(COdbcConnection& connection, const std::vector<std::string>& schemas, CCatalogParts& parts,
+                    std::vector<std::string>& warnings) {
+    for (const std::string& schema : schemas) {
+        std::unique_ptr<COdbcRows> rows = connection.Procedures(schema);
+        if (!rows) {
+            warnings.push_back("procedures not read: " + connection.Error());
+            break;
+        }
+        while (rows->Next()) {
+            if (schema.empty() && IsSystemSchema(rows->Text(2))) continue;
+            CCodeDecl code;
+            code.kind = rows->Number(8) == SQL_PT_FUNCTION ? ECodeKind::Function : ECodeKind::Procedure;
+            code.name = Name(rows->Text(2), rows->Text(3));
+            CStatementDecl statement;
+            statement.kind = code.kind == ECodeKind::Function ? "CREATE FUNCTION" : "CREATE PROCEDURE";
+            statement.declaration = std::move(code);
+            parts.code.push_back(std::move(statement));
+        }
+    }
+}
 
 }  // namespace
 
@@ -213,138 +332,46 @@ bool ReadOdbcCatalog(COdbcConnection& connection, const COdbcServer& server, con
         }
     }
 
-    // Keys, indexes and foreign keys: ODBC asks for them one table at a time.
-    std::vector<CStatementDecl> indexes, foreignKeys;
-    for (const CTableRef& table : found) {
-        if (table.view) continue;
-        CTableDecl& decl = declared[Key(table.schema, table.name)];
-        const std::string what = "table " + table.name;
-        std::vector<std::pair<long, std::string>> keyColumns;
-        std::string keyName;
-        if (std::unique_ptr<COdbcRows> rows = connection.PrimaryKeys(table.schema, table.name)) {
-            while (rows->Next()) {
-                keyColumns.emplace_back(rows->Number(5), rows->Text(4));
-                keyName = rows->Text(6);
-            }
+    // Keys, indexes, foreign keys and code: in bulk through the server's own
+    // catalog where its family is known, else through ODBC a table at a time.
+    CCatalogParts parts;
+    parts.tables = &declared;
+    bool bulk = false;
+    if (UpperAscii(server.name).find("POSTGRESQL") != std::string::npos) {
+        // Read into a copy: a reading refused half-way leaves the tables as they were.
+        CDeclaredTables copy = declared;
+        CCatalogParts read;
+        read.tables = &copy;
+        std::string why;
+        if (ReadPostgresCatalog(connection, options, read, why)) {
+            declared = std::move(copy);
+            parts = std::move(read);
+            parts.tables = &declared;
+            bulk = true;
         } else {
-            catalog.warnings.push_back(what + ": primary key not read: " + connection.Error());
+            catalog.warnings.push_back("the PostgreSQL catalog could not be read (" + why +
+                                       "): keys, indexes and foreign keys are read through ODBC, a table at a time");
         }
-        std::sort(keyColumns.begin(), keyColumns.end());
-        CConstraintDecl key;
-        key.kind = EConstraintKind::PrimaryKey;
-        key.name = keyName;
-        for (const auto& column : keyColumns) key.columns.push_back(column.second);
-        if (!key.columns.empty()) decl.elements.emplace_back(key);
-
-        std::map<std::string, CIndexDecl> byName;
-        std::vector<std::string> order;
-        if (std::unique_ptr<COdbcRows> rows = connection.Statistics(table.schema, table.name)) {
-            std::map<std::string, std::vector<std::pair<long, std::pair<std::string, bool>>>> columns;
-            while (rows->Next()) {
-                if (rows->Number(7) == SQL_TABLE_STAT || rows->IsNull(6)) continue;
-                const std::string name = rows->Text(6);
-                auto [index, added] = byName.emplace(name, CIndexDecl());
-                if (added) {
-                    order.push_back(name);
-                    index->second.name = name;
-                    index->second.table = Name(table.schema, table.name);
-                    index->second.unique = rows->Number(4, 1) == 0;
-                }
-                columns[name].emplace_back(rows->Number(8), std::make_pair(rows->Text(9), UpperAscii(rows->Text(10)) == "D"));
-            }
-            for (auto& [name, list] : columns) {
-                std::sort(list.begin(), list.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-                for (const auto& column : list) {
-                    byName[name].columns.push_back(column.second.first);
-                    byName[name].descending.push_back(column.second.second);
-                }
-            }
-        } else {
-            catalog.warnings.push_back(what + ": indexes not read: " + connection.Error());
-        }
-        for (const std::string& name : order) {
-            CIndexDecl& index = byName[name];
-            // The index that carries the primary key is the key's own.
-            if (index.unique && index.columns == key.columns) continue;
-            CStatementDecl statement;
-            statement.kind = "CREATE INDEX";
-            statement.declaration = std::move(index);
-            indexes.push_back(std::move(statement));
-        }
-
-        if (std::unique_ptr<COdbcRows> rows = connection.ForeignKeys(table.schema, table.name)) {
-            std::map<std::string, std::vector<std::pair<long, std::pair<std::string, std::string>>>> pairs;
-            std::map<std::string, CForeignKeyDecl> keys;
-            std::vector<std::string> keyOrder;
-            while (rows->Next()) {
-                // Unnamed keys (some drivers) are told apart by their parent.
-                const std::string parentSchema = rows->Text(2), parentTable = rows->Text(3);
-                const std::string name = rows->IsNull(12) ? "\x1f" + Key(parentSchema, parentTable) : rows->Text(12);
-                auto [entry, added] = keys.emplace(name, CForeignKeyDecl());
-                if (added) {
-                    keyOrder.push_back(name);
-                    entry->second.name = name[0] == '\x1f' ? std::string() : name;
-                    entry->second.parent = Name(parentSchema, parentTable);
-                    entry->second.onUpdate = UpdateAction(rows->Number(10, SQL_NO_ACTION));
-                    entry->second.onDelete = DeleteAction(rows->Number(11, SQL_NO_ACTION));
-                }
-                pairs[name].emplace_back(rows->Number(9), std::make_pair(rows->Text(8), rows->Text(4)));
-            }
-            for (const std::string& name : keyOrder) {
-                auto& list = pairs[name];
-                std::sort(list.begin(), list.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-                CConstraintDecl constraint;
-                constraint.kind = EConstraintKind::ForeignKey;
-                constraint.reference = keys[name];
-                constraint.name = constraint.reference.name;
-                for (const auto& pair : list) {
-                    constraint.reference.childColumns.push_back(pair.second.first);
-                    constraint.reference.parentColumns.push_back(pair.second.second);
-                }
-                CAlterDecl alter;
-                alter.table = Name(table.schema, table.name);
-                alter.items.emplace_back(std::move(constraint));
-                CStatementDecl statement;
-                statement.kind = "ALTER TABLE";
-                statement.declaration = std::move(alter);
-                foreignKeys.push_back(std::move(statement));
-            }
-        } else {
-            catalog.warnings.push_back(what + ": foreign keys not read: " + connection.Error());
-        }
+    }
+    if (!bulk) {
+        ReadPerTable(connection, found, parts, catalog.warnings);
+        ReadProcedures(connection, schemas, parts, catalog.warnings);
     }
 
     for (const CTableRef& table : found) {
         CStatementDecl statement;
         if (table.view) {
             statement.kind = "CREATE VIEW";
-            statement.declaration = CViewDecl{Name(table.schema, table.name), std::string()};
+            const auto text = parts.viewTexts.find(Key(table.schema, table.name));
+            statement.declaration =
+                CViewDecl{Name(table.schema, table.name), text == parts.viewTexts.end() ? std::string() : text->second};
         } else {
             statement.kind = "CREATE TABLE";
             statement.declaration = std::move(declared[Key(table.schema, table.name)]);
         }
         catalog.statements.push_back(std::move(statement));
     }
-    for (auto* list : {&indexes, &foreignKeys})
+    for (auto* list : {&parts.indexes, &parts.foreignKeys, &parts.code})
         for (CStatementDecl& statement : *list) catalog.statements.push_back(std::move(statement));
-
-    // Procedures and functions by name: ODBC gives no text.
-    for (const std::string& schema : schemas) {
-        std::unique_ptr<COdbcRows> rows = connection.Procedures(schema);
-        if (!rows) {
-            catalog.warnings.push_back("procedures not read: " + connection.Error());
-            break;
-        }
-        while (rows->Next()) {
-            if (schema.empty() && IsSystemSchema(rows->Text(2))) continue;
-            CCodeDecl code;
-            code.kind = rows->Number(8) == SQL_PT_FUNCTION ? ECodeKind::Function : ECodeKind::Procedure;
-            code.name = Name(rows->Text(2), rows->Text(3));
-            CStatementDecl statement;
-            statement.kind = code.kind == ECodeKind::Function ? "CREATE FUNCTION" : "CREATE PROCEDURE";
-            statement.declaration = std::move(code);
-            catalog.statements.push_back(std::move(statement));
-        }
-    }
     return true;
 }

@@ -276,12 +276,45 @@ TEST_F(PostgresTest, AServersSchemaComesInAsItsCatalogHasIt) {
     for (const CModelCode& procedure : read.procedures) code.push_back(procedure.name);
     std::sort(code.begin(), code.end());
     EXPECT_EQ(code, (std::vector<std::string>{"close_order", "order_total"}));
+    // What ODBC's functions do not give, from the server's own catalog:
+    // checks, and the texts of code.
+    ASSERT_EQ(read.checks.size(), 1u);
+    EXPECT_EQ(read.checks[0].column, "salary");
+    EXPECT_NE(read.checks[0].text.find("salary >="), npos) << read.checks[0].text;
+    for (const CModelCode& procedure : read.procedures) {
+        if (procedure.name != "close_order") continue;
+        EXPECT_NE(procedure.text.find("UPDATE sales.orders"), npos) << procedure.text;
+    }
     // A column's type, nullability and default.
     const CModelColumn* name = FindColumn(read, "country", "name");
     ASSERT_NE(name, nullptr);
     EXPECT_EQ(name->width, 60);
     EXPECT_FALSE(name->nullable);
     EXPECT_NE(name->defaultText.find("'unknown'"), npos) << name->defaultText;
+}
+
+// The catalog is read in bulk: more tables, the same number of calls.
+TEST_F(PostgresTest, CatalogCallsDoNotGrowWithTheTables) {
+    const auto calls = [&](int tables) {
+        std::string sql = "DROP SCHEMA IF EXISTS wide CASCADE; CREATE SCHEMA wide;\n";
+        for (int t = 0; t < tables; ++t) {
+            const std::string name = "wide.t" + std::to_string(t);
+            sql += "CREATE TABLE " + name + " (id integer PRIMARY KEY, parent_id integer" +
+                   (t ? " REFERENCES wide.t" + std::to_string(t - 1) : std::string()) + ", note varchar(20));\n";
+            sql += "CREATE INDEX ix_" + std::to_string(t) + " ON " + name + " (note DESC);\n";
+        }
+        m_server.Sql(sql);
+        EXPECT_TRUE(m_server.LastSqlSucceeded());
+        EXPECT_EQ(Run("import 'odbc:" + m_server.Connection() + "' --schema wide -o " + m_dir.File("wide.vrn")), 0)
+            << Err();
+        const std::size_t at = Out().find(" catalog calls)");
+        const std::size_t from = Out().rfind('(', at);
+        return at == npos || from == npos ? -1 : std::atoi(Out().c_str() + from + 1);
+    };
+    const int few = calls(5), many = calls(40);
+    EXPECT_GT(few, 0) << Out();
+    EXPECT_EQ(few, many) << Out();
+    EXPECT_EQ(Out().find("could not be read"), npos) << Out();
 }
 
 TEST_F(PostgresTest, ASchemaThatDoesNotExistIsSaidAndNoModelIsWritten) {

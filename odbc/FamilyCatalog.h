@@ -1,0 +1,39 @@
+// The parts of a catalog that the portable ODBC path reads a table at a
+// time, and that a server family with a reader of its own reads in bulk
+// through its catalog views: keys and indexes, foreign keys, checks, the
+// texts of views and code. Internal to odbc/.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "DdlDecl.h"
+#include "OdbcConnection.h"
+#include "OdbcSource.h"
+
+// Tables by Key(schema, name), as SQLColumns declared them: a family reader
+// adds their keys and checks.
+using CDeclaredTables = std::map<std::string, CTableDecl>;
+
+struct CCatalogParts {
+    CDeclaredTables* tables = nullptr;
+    std::vector<CStatementDecl> indexes, foreignKeys, code;
+    std::map<std::string, std::string> viewTexts;  // by Key(schema, name)
+};
+
+inline std::string Key(const std::string& schema, const std::string& table) { return schema + '\x1e' + table; }
+
+inline CQualifiedName Name(const std::string& schema, const std::string& name) {
+    CQualifiedName qualified;
+    if (!schema.empty()) qualified.parts.push_back(schema);
+    qualified.parts.push_back(name);
+    return qualified;
+}
+
+// PostgreSQL: keys, indexes, foreign keys, checks, identity columns, the
+// texts of views, functions and procedures, each in one query over
+// pg_catalog for all the schemas read. False with the reason at the first
+// query the server refuses (the caller then takes the portable path).
+bool ReadPostgresCatalog(COdbcConnection& connection, const COdbcOptions& options, CCatalogParts& parts,
+                         std::string& why);

@@ -1,0 +1,227 @@
+// PostgreSQL's own catalog, read in bulk: one query per kind of object for
+// every schema read, so that the number of queries does not grow with the
+// number of tables (ODBC's own functions take one table at a time).
+#include <map>
+#include <set>
+
+#include "FamilyCatalog.h"
+#include "SqlLexer.h"
+
+namespace {
+
+// The model builder's property codes that the reading sets.
+constexpr int kIdentity = 82;
+constexpr int kOnDeleteCascade = 77, kOnDeleteRestrict = 78, kOnDeleteSetNull = 79, kOnUpdateCascade = 80,
+              kOnUpdateRestrict = 81;
+
+std::string Literal(const std::string& text) {
+    std::string literal = "'";
+    for (char ch : text) literal += ch == '\'' ? std::string("''") : std::string(1, ch);
+    return literal + "'";
+}
+
+// The schemas and tables asked for, as a condition on the namespace `n` and the relation `r`.
+std::string Where(const COdbcOptions& options, const char* relation) {
+    std::string where;
+    if (options.schemas.empty()) {
+        where = "n.nspname NOT IN ('pg_catalog', 'information_schema') AND n.nspname NOT LIKE 'pg\\_toast%' "
+                "AND n.nspname NOT LIKE 'pg\\_temp%'";
+    } else {
+        for (const std::string& schema : options.schemas)
+            where += (where.empty() ? "(" : " OR ") + std::string("n.nspname LIKE ") + Literal(schema);
+        where += ")";
+    }
+    if (!options.tablePattern.empty() && relation)
+        where += std::string(" AND ") + relation + ".relname LIKE " + Literal(options.tablePattern);
+    return where;
+}
+
+int DeleteAction(const std::string& code) {
+    return code == "c" ? kOnDeleteCascade : code == "r" ? kOnDeleteRestrict : code == "n" ? kOnDeleteSetNull : 0;
+}
+int UpdateAction(const std::string& code) { return code == "c" ? kOnUpdateCascade : code == "r" ? kOnUpdateRestrict : 0; }
+
+CColumnDecl* FindColumn(CTableDecl& table, const std::string& name) {
+    for (CTableElement& element : table.elements)
+        if (auto* column = std::get_if<CColumnDecl>(&element); column && column->name == name) return column;
+    return nullptr;
+}
+
+}  // namespace
+
+bool ReadPostgresCatalog(COdbcConnection& connection, const COdbcOptions& options, CCatalogParts& parts,
+                         std::string& why) {
+    auto query = [&](const std::string& sql) {
+        std::unique_ptr<COdbcRows> rows = connection.Query(sql);
+        if (!rows) why = connection.Error();
+        return rows;
+    };
+    CDeclaredTables& tables = *parts.tables;
+
+    // Indexes, the primary keys' among them, with their columns in order
+    // and their direction; an index on an expression has a column without a name.
+    std::unique_ptr<COdbcRows> rows = query(
+        "SELECT n.nspname, t.relname, i.relname, x.indisprimary, x.indisunique, a.attname, x.indoption[k.n - 1] & 1 "
+        "FROM pg_index x JOIN pg_class i ON i.oid = x.indexrelid JOIN pg_class t ON t.oid = x.indrelid "
+        "JOIN pg_namespace n ON n.oid = t.relnamespace "
+        "CROSS JOIN LATERAL unnest(x.indkey) WITH ORDINALITY AS k(attnum, n) "
+        "LEFT JOIN pg_attribute a ON a.attrelid = x.indrelid AND a.attnum = k.attnum AND k.attnum > 0 "
+        "WHERE t.relkind IN ('r', 'p') AND " + Where(options, "t") + " ORDER BY 1, 2, 3, k.n");
+    if (!rows) return false;
+    struct CIndexRead {
+        std::string schema, table;
+        bool primary = false;
+        CIndexDecl index;
+        bool expression = false;
+    };
+    std::map<std::string, CIndexRead> indexes;
+    std::vector<std::string> order;
+    while (rows->Next()) {
+        const std::string schema = rows->Text(1), table = rows->Text(2), name = rows->Text(3);
+        const std::string key = Key(schema, table) + '\x1e' + name;
+        auto [entry, added] = indexes.emplace(key, CIndexRead());
+        if (added) {
+            order.push_back(key);
+            entry->second.schema = schema;
+            entry->second.table = table;
+            entry->second.primary = rows->Number(4) != 0;
+            entry->second.index.name = name;
+            entry->second.index.table = Name(schema, table);
+            entry->second.index.unique = rows->Number(5) != 0;
+        }
+        if (rows->IsNull(6)) {
+            entry->second.expression = true;
+            continue;
+        }
+        entry->second.index.columns.push_back(rows->Text(6));
+        entry->second.index.descending.push_back(rows->Number(7) != 0);
+    }
+    if (!rows->Error().empty()) {
+        why = rows->Error();
+        return false;
+    }
+    for (const std::string& key : order) {
+        CIndexRead& read = indexes[key];
+        const auto table = tables.find(Key(read.schema, read.table));
+        if (table == tables.end()) continue;
+        if (read.primary) {
+            CConstraintDecl primaryKey;
+            primaryKey.kind = EConstraintKind::PrimaryKey;
+            primaryKey.name = read.index.name;
+            primaryKey.columns = read.index.columns;
+            table->second.elements.emplace_back(std::move(primaryKey));
+            continue;
+        }
+        if (read.expression) read.index.expression = "(an expression)";
+        CStatementDecl statement;
+        statement.kind = "CREATE INDEX";
+        statement.declaration = std::move(read.index);
+        parts.indexes.push_back(std::move(statement));
+    }
+
+    // Foreign keys with their column pairs in order and their actions.
+    rows = query(
+        "SELECT n.nspname, c.relname, con.conname, pn.nspname, p.relname, ca.attname, pa.attname, "
+        "con.confdeltype, con.confupdtype FROM pg_constraint con JOIN pg_class c ON c.oid = con.conrelid "
+        "JOIN pg_namespace n ON n.oid = c.relnamespace JOIN pg_class p ON p.oid = con.confrelid "
+        "JOIN pg_namespace pn ON pn.oid = p.relnamespace "
+        "CROSS JOIN LATERAL unnest(con.conkey, con.confkey) WITH ORDINALITY AS k(ck, pk, n) "
+        "JOIN pg_attribute ca ON ca.attrelid = con.conrelid AND ca.attnum = k.ck "
+        "JOIN pg_attribute pa ON pa.attrelid = con.confrelid AND pa.attnum = k.pk "
+        "WHERE con.contype = 'f' AND " + Where(options, "c") + " ORDER BY 1, 2, 3, k.n");
+    if (!rows) return false;
+    std::map<std::string, CAlterDecl> keys;
+    std::vector<std::string> keyOrder;
+    while (rows->Next()) {
+        const std::string schema = rows->Text(1), table = rows->Text(2), name = rows->Text(3);
+        if (!tables.count(Key(schema, table))) continue;
+        const std::string key = Key(schema, table) + '\x1e' + name;
+        auto [entry, added] = keys.emplace(key, CAlterDecl());
+        if (added) {
+            keyOrder.push_back(key);
+            entry->second.table = Name(schema, table);
+            CConstraintDecl constraint;
+            constraint.kind = EConstraintKind::ForeignKey;
+            constraint.name = name;
+            constraint.reference.name = name;
+            constraint.reference.parent = Name(rows->Text(4), rows->Text(5));
+            constraint.reference.onDelete = DeleteAction(rows->Text(8));
+            constraint.reference.onUpdate = UpdateAction(rows->Text(9));
+            entry->second.items.emplace_back(std::move(constraint));
+        }
+        CForeignKeyDecl& reference = std::get<CConstraintDecl>(entry->second.items.front()).reference;
+        reference.childColumns.push_back(rows->Text(6));
+        reference.parentColumns.push_back(rows->Text(7));
+    }
+    if (!rows->Error().empty()) {
+        why = rows->Error();
+        return false;
+    }
+    for (const std::string& key : keyOrder) {
+        CStatementDecl statement;
+        statement.kind = "ALTER TABLE";
+        statement.declaration = std::move(keys[key]);
+        parts.foreignKeys.push_back(std::move(statement));
+    }
+
+    // Checks, as the server spells them back; one on a single column is that column's.
+    rows = query(
+        "SELECT n.nspname, c.relname, con.conname, pg_get_constraintdef(con.oid), "
+        "CASE WHEN array_length(con.conkey, 1) = 1 THEN (SELECT attname FROM pg_attribute WHERE attrelid = "
+        "con.conrelid AND attnum = con.conkey[1]) END FROM pg_constraint con JOIN pg_class c ON c.oid = con.conrelid "
+        "JOIN pg_namespace n ON n.oid = c.relnamespace WHERE con.contype = 'c' AND " + Where(options, "c") +
+        " ORDER BY 1, 2, 3");
+    if (!rows) return false;
+    while (rows->Next()) {
+        const auto table = tables.find(Key(rows->Text(1), rows->Text(2)));
+        if (table == tables.end()) continue;
+        std::string text = rows->Text(4);  // CHECK ((condition))
+        const std::size_t open = text.find('('), close = text.rfind(')');
+        if (open == std::string::npos || close == std::string::npos || close <= open) continue;
+        CConstraintDecl check;
+        check.kind = EConstraintKind::Check;
+        check.name = rows->Text(3);
+        check.checkText = text.substr(open + 1, close - open - 1);
+        check.column = rows->Text(5);
+        table->second.elements.emplace_back(std::move(check));
+    }
+
+    // Identity columns, and serial ones (a default that takes the next value of the column's own sequence).
+    rows = query(
+        "SELECT n.nspname, c.relname, a.attname FROM pg_attribute a JOIN pg_class c ON c.oid = a.attrelid "
+        "JOIN pg_namespace n ON n.oid = c.relnamespace WHERE a.attnum > 0 AND NOT a.attisdropped AND "
+        "(a.attidentity IN ('a', 'd') OR pg_get_serial_sequence(quote_ident(n.nspname) || '.' || "
+        "quote_ident(c.relname), a.attname) IS NOT NULL) AND c.relkind IN ('r', 'p') AND " + Where(options, "c"));
+    if (!rows) return false;
+    while (rows->Next()) {
+        const auto table = tables.find(Key(rows->Text(1), rows->Text(2)));
+        if (table == tables.end()) continue;
+        if (CColumnDecl* column = FindColumn(table->second, rows->Text(3))) column->properties.emplace_back(kIdentity, 0);
+    }
+
+    // The texts of views.
+    rows = query("SELECT n.nspname, c.relname, pg_get_viewdef(c.oid) FROM pg_class c JOIN pg_namespace n ON n.oid = "
+                 "c.relnamespace WHERE c.relkind IN ('v', 'm') AND " + Where(options, "c"));
+    if (!rows) return false;
+    while (rows->Next()) {
+        const std::string name = rows->Text(2);
+        parts.viewTexts[Key(rows->Text(1), name)] = "CREATE VIEW " + name + " AS\n" + rows->Text(3);
+    }
+
+    // Functions and procedures with their whole definitions.
+    rows = query("SELECT n.nspname, p.proname, p.prokind, pg_get_functiondef(p.oid) FROM pg_proc p JOIN "
+                 "pg_namespace n ON n.oid = p.pronamespace WHERE p.prokind IN ('f', 'p') AND " +
+                 Where(options, nullptr) + " ORDER BY 1, 2");
+    if (!rows) return false;
+    while (rows->Next()) {
+        CCodeDecl code;
+        code.kind = rows->Text(3) == "p" ? ECodeKind::Procedure : ECodeKind::Function;
+        code.name = Name(rows->Text(1), rows->Text(2));
+        code.text = rows->Text(4);
+        CStatementDecl statement;
+        statement.kind = code.kind == ECodeKind::Function ? "CREATE FUNCTION" : "CREATE PROCEDURE";
+        statement.declaration = std::move(code);
+        parts.code.push_back(std::move(statement));
+    }
+    return true;
+}
