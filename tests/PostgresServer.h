@@ -99,6 +99,8 @@ public:
     }
 
     int Port() const { return m_port; }
+    // A loopback port no server listens on, for a connection that is refused.
+    static int UnusedPort() { return FreePort(); }
     // The connection string of the psqlODBC driver for the database postgres.
     std::string Connection() const {
         return "Driver=PostgreSQL Unicode;Server=127.0.0.1;Port=" + std::to_string(m_port) + ";Database=postgres;UID=vrn";

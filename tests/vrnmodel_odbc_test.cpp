@@ -317,7 +317,7 @@ TEST_F(PostgresTest, CatalogCallsDoNotGrowWithTheTables) {
     EXPECT_EQ(Out().find("could not be read"), npos) << Out();
 }
 
-TEST_F(PostgresTest, ASchemaThatDoesNotExistIsSaidAndNoModelIsWritten) {
+TEST_F(PostgresTest, MissingSchemasRefusedLoginsAndAbsentServersAreSaidAndNoModelIsWritten) {
     const std::string model = m_dir.File("none.vrn");
     EXPECT_EQ(Run("import 'odbc:" + m_server.Connection() + "' --schema nowhere -o " + model), 1);
     EXPECT_NE(Err().find("no table or view in the schemas asked for"), npos) << Err();
@@ -327,6 +327,13 @@ TEST_F(PostgresTest, ASchemaThatDoesNotExistIsSaidAndNoModelIsWritten) {
                   ";Database=postgres;UID=nobody_here' -o " + model),
               1);
     EXPECT_NE(Err().find("cannot connect"), npos) << Err();
+    // So does a server that is not there.
+    CPostgresServer none;
+    EXPECT_EQ(Run("import 'odbc:Driver=PostgreSQL Unicode;Server=127.0.0.1;Port=" + std::to_string(none.UnusedPort()) +
+                  ";Database=postgres;UID=vrn' -o " + model),
+              1);
+    EXPECT_NE(Err().find("cannot connect"), npos) << Err();
+    EXPECT_FALSE(std::filesystem::exists(model));
 }
 
 }  // namespace
