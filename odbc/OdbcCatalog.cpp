@@ -92,6 +92,12 @@ bool IsSystemSchema(const std::string& schema) {
     return upper.rfind("PG_TEMP_", 0) == 0;
 }
 
+// The owner of a row of a catalog function, from its schema column (the
+// catalog column just before it on a server whose databases are catalogs).
+std::string Owner(const COdbcConnection& connection, COdbcRows& rows, int schemaColumn) {
+    return rows.Text(connection.CatalogsAsSchemas() ? schemaColumn - 1 : schemaColumn);
+}
+
 struct CTableRef {
     std::string schema, name;
     bool view = false;
@@ -165,7 +171,7 @@ void ReadPerTable(COdbcConnection& connection, const std::vector<CTableRef>& fou
             std::vector<std::string> keyOrder;
             while (rows->Next()) {
                 // Unnamed keys (some drivers) are told apart by their parent.
-                const std::string parentSchema = rows->Text(2), parentTable = rows->Text(3);
+                const std::string parentSchema = Owner(connection, *rows, 2), parentTable = rows->Text(3);
                 const std::string name = rows->IsNull(12) ? "\x1f" + Key(parentSchema, parentTable) : rows->Text(12);
                 auto [entry, added] = keys.emplace(name, CForeignKeyDecl());
                 if (added) {
@@ -212,10 +218,11 @@ void ReadProcedures(COdbcConnection& connection, const std::vector<std::string>&
             break;
         }
         while (rows->Next()) {
-            if (schema.empty() && IsSystemSchema(rows->Text(2))) continue;
+            const std::string owner = Owner(connection, *rows, 2);
+            if (schema.empty() && IsSystemSchema(owner)) continue;
             CCodeDecl code;
             code.kind = rows->Number(8) == SQL_PT_FUNCTION ? ECodeKind::Function : ECodeKind::Procedure;
-            code.name = Name(rows->Text(2), rows->Text(3));
+            code.name = Name(owner, rows->Text(3));
             CStatementDecl statement;
             statement.kind = code.kind == ECodeKind::Function ? "CREATE FUNCTION" : "CREATE PROCEDURE";
             statement.declaration = std::move(code);
@@ -255,7 +262,15 @@ COdbcServer DescribeServer(COdbcConnection& connection) {
 
 bool ReadOdbcCatalog(COdbcConnection& connection, const COdbcServer& server, const COdbcOptions& options,
                      COdbcCatalog& catalog, std::string& error) {
-    const std::vector<std::string> schemas = options.schemas.empty() ? std::vector<std::string>{""} : options.schemas;
+    // A server without schemas (MariaDB, MySQL) names its databases as
+    // catalogs; without --schema its current database is read.
+    connection.UseCatalogsAsSchemas(connection.InfoNumber(SQL_SCHEMA_USAGE) == 0 &&
+                                    connection.InfoNumber(SQL_CATALOG_USAGE) != 0);
+    std::vector<std::string> schemas = options.schemas.empty() ? std::vector<std::string>{""} : options.schemas;
+    if (connection.CatalogsAsSchemas() && options.schemas.empty()) {
+        const std::string current = connection.Info(SQL_DATABASE_NAME);
+        if (!current.empty()) schemas = {current};
+    }
     const std::string tables = options.tablePattern.empty() ? "%" : options.tablePattern;
 
     // Tables and views, one call per schema pattern.
@@ -268,7 +283,7 @@ bool ReadOdbcCatalog(COdbcConnection& connection, const COdbcServer& server, con
             return false;
         }
         while (rows->Next()) {
-            CTableRef table{rows->Text(2), rows->Text(3), UpperAscii(rows->Text(4)) == "VIEW"};
+            CTableRef table{Owner(connection, *rows, 2), rows->Text(3), UpperAscii(rows->Text(4)) == "VIEW"};
             if (schema.empty() && IsSystemSchema(table.schema)) continue;
             if (known.insert(Key(table.schema, table.name)).second) found.push_back(table);
         }
@@ -295,7 +310,7 @@ bool ReadOdbcCatalog(COdbcConnection& connection, const COdbcServer& server, con
         }
         std::map<std::string, std::vector<std::pair<long, CColumnDecl>>> columns;
         while (rows->Next()) {
-            const auto table = declared.find(Key(rows->Text(2), rows->Text(3)));
+            const auto table = declared.find(Key(Owner(connection, *rows, 2), rows->Text(3)));
             if (table == declared.end()) continue;
             CColumnDecl column;
             column.name = rows->Text(4);

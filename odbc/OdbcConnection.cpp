@@ -160,6 +160,13 @@ std::string COdbcConnection::Info(SQLUSMALLINT what) {
     return reinterpret_cast<char*>(value);
 }
 
+SQLUINTEGER COdbcConnection::InfoNumber(SQLUSMALLINT what) {
+    SQLUINTEGER value = 0;
+    SQLSMALLINT length = 0;
+    if (SQLGetInfo(m_connection, what, &value, sizeof value, &length) != SQL_SUCCESS) return 0;
+    return value;
+}
+
 std::unique_ptr<COdbcRows> COdbcConnection::Statement(const char* what) {
     SQLHSTMT statement = SQL_NULL_HSTMT;
     if (!m_connected || SQLAllocHandle(SQL_HANDLE_STMT, m_connection, &statement) != SQL_SUCCESS) {
@@ -178,6 +185,19 @@ SQLCHAR* Argument(const std::string& text) {
 }
 
 SQLSMALLINT Length(const std::string& text) { return text.empty() ? 0 : SQL_NTS; }
+
+// A schema as the catalog functions take it: as the schema, or as the
+// catalog on a server whose databases are catalogs.
+struct CScope {
+    CScope(bool catalogs, const std::string& schema) {
+        (catalogs ? catalog : this->schema) = Argument(schema);
+        (catalogs ? catalogLength : schemaLength) = Length(schema);
+    }
+    SQLCHAR* catalog = nullptr;
+    SQLSMALLINT catalogLength = 0;
+    SQLCHAR* schema = nullptr;
+    SQLSMALLINT schemaLength = 0;
+};
 
 // The rows of a statement that ran, or null with the reason.
 std::unique_ptr<COdbcRows> Ran(std::unique_ptr<COdbcRows> rows, SQLRETURN rc, SQLHSTMT statement, const char* what,
@@ -202,7 +222,8 @@ std::unique_ptr<COdbcRows> COdbcConnection::Tables(const std::string& schemaPatt
     std::unique_ptr<COdbcRows> rows = Statement("list tables");
     if (!rows) return nullptr;
     const SQLHSTMT statement = rows->m_statement;
-    const SQLRETURN rc = SQLTables(statement, nullptr, 0, Argument(schemaPattern), Length(schemaPattern),
+    const CScope scope(m_catalogsAsSchemas, schemaPattern);
+    const SQLRETURN rc = SQLTables(statement, scope.catalog, scope.catalogLength, scope.schema, scope.schemaLength,
                                    Argument(tablePattern), Length(tablePattern), Argument(types), Length(types));
     return Ran(std::move(rows), rc, statement, "list tables", m_error);
 }
@@ -211,7 +232,8 @@ std::unique_ptr<COdbcRows> COdbcConnection::Columns(const std::string& schemaPat
     std::unique_ptr<COdbcRows> rows = Statement("list columns");
     if (!rows) return nullptr;
     const SQLHSTMT statement = rows->m_statement;
-    const SQLRETURN rc = SQLColumns(statement, nullptr, 0, Argument(schemaPattern), Length(schemaPattern),
+    const CScope scope(m_catalogsAsSchemas, schemaPattern);
+    const SQLRETURN rc = SQLColumns(statement, scope.catalog, scope.catalogLength, scope.schema, scope.schemaLength,
                                     Argument(tablePattern), Length(tablePattern), nullptr, 0);
     return Ran(std::move(rows), rc, statement, "list columns", m_error);
 }
@@ -220,8 +242,9 @@ std::unique_ptr<COdbcRows> COdbcConnection::PrimaryKeys(const std::string& schem
     std::unique_ptr<COdbcRows> rows = Statement("read primary keys");
     if (!rows) return nullptr;
     const SQLHSTMT statement = rows->m_statement;
-    const SQLRETURN rc =
-        SQLPrimaryKeys(statement, nullptr, 0, Argument(schema), Length(schema), Argument(table), Length(table));
+    const CScope scope(m_catalogsAsSchemas, schema);
+    const SQLRETURN rc = SQLPrimaryKeys(statement, scope.catalog, scope.catalogLength, scope.schema, scope.schemaLength,
+                                        Argument(table), Length(table));
     return Ran(std::move(rows), rc, statement, "read primary keys", m_error);
 }
 
@@ -229,8 +252,9 @@ std::unique_ptr<COdbcRows> COdbcConnection::Statistics(const std::string& schema
     std::unique_ptr<COdbcRows> rows = Statement("read indexes");
     if (!rows) return nullptr;
     const SQLHSTMT statement = rows->m_statement;
-    const SQLRETURN rc = SQLStatistics(statement, nullptr, 0, Argument(schema), Length(schema), Argument(table),
-                                       Length(table), SQL_INDEX_ALL, SQL_QUICK);
+    const CScope scope(m_catalogsAsSchemas, schema);
+    const SQLRETURN rc = SQLStatistics(statement, scope.catalog, scope.catalogLength, scope.schema, scope.schemaLength,
+                                       Argument(table), Length(table), SQL_INDEX_ALL, SQL_QUICK);
     return Ran(std::move(rows), rc, statement, "read indexes", m_error);
 }
 
@@ -239,8 +263,10 @@ std::unique_ptr<COdbcRows> COdbcConnection::ForeignKeys(const std::string& schem
     if (!rows) return nullptr;
     const SQLHSTMT statement = rows->m_statement;
     // The keys of `table` as the child: its own foreign keys.
-    const SQLRETURN rc = SQLForeignKeys(statement, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, Argument(schema),
-                                        Length(schema), Argument(table), Length(table));
+    const CScope scope(m_catalogsAsSchemas, schema);
+    const SQLRETURN rc = SQLForeignKeys(statement, nullptr, 0, nullptr, 0, nullptr, 0, scope.catalog,
+                                        scope.catalogLength, scope.schema, scope.schemaLength, Argument(table),
+                                        Length(table));
     return Ran(std::move(rows), rc, statement, "read foreign keys", m_error);
 }
 
@@ -248,7 +274,8 @@ std::unique_ptr<COdbcRows> COdbcConnection::Procedures(const std::string& schema
     std::unique_ptr<COdbcRows> rows = Statement("list procedures");
     if (!rows) return nullptr;
     const SQLHSTMT statement = rows->m_statement;
+    const CScope scope(m_catalogsAsSchemas, schemaPattern);
     const SQLRETURN rc =
-        SQLProcedures(statement, nullptr, 0, Argument(schemaPattern), Length(schemaPattern), nullptr, 0);
+        SQLProcedures(statement, scope.catalog, scope.catalogLength, scope.schema, scope.schemaLength, nullptr, 0);
     return Ran(std::move(rows), rc, statement, "list procedures", m_error);
 }

@@ -53,6 +53,13 @@ public:
 
     // SQLGetInfo texts: SQL_DBMS_NAME, SQL_DBMS_VER, SQL_DRIVER_NAME.
     std::string Info(SQLUSMALLINT what);
+    // SQLGetInfo bit masks and numbers: SQL_SCHEMA_USAGE, ...
+    SQLUINTEGER InfoNumber(SQLUSMALLINT what);
+
+    // Servers without schemas (MariaDB, MySQL) keep their databases as
+    // catalogs: the catalog functions then take a schema as the catalog.
+    void UseCatalogsAsSchemas(bool use) { m_catalogsAsSchemas = use; }
+    bool CatalogsAsSchemas() const { return m_catalogsAsSchemas; }
 
     // A query of the server's own, or one of the catalog functions; null
     // with Error() set when it cannot run.
@@ -80,6 +87,7 @@ private:
     SQLHENV m_environment = SQL_NULL_HENV;
     SQLHDBC m_connection = SQL_NULL_HDBC;
     bool m_connected = false;
+    bool m_catalogsAsSchemas = false;
     int m_calls = 0;
     std::string m_error;
 };

@@ -13,6 +13,7 @@
 #include "CommandLineTest.h"
 #include "ConnectionString.h"
 #include "ImportedModel.h"
+#include "MariaDbServer.h"
 #include "PostgresServer.h"
 
 namespace {
@@ -334,6 +335,121 @@ TEST_F(PostgresTest, MissingSchemasRefusedLoginsAndAbsentServersAreSaidAndNoMode
               1);
     EXPECT_NE(Err().find("cannot connect"), npos) << Err();
     EXPECT_FALSE(std::filesystem::exists(model));
+}
+
+// The same schema in a real MariaDB server, where a schema is a database.
+const char* const kMariaDbSchema = R"(
+CREATE DATABASE sales;
+USE sales;
+CREATE TABLE region (region_id integer NOT NULL PRIMARY KEY, name varchar(40) NOT NULL UNIQUE);
+CREATE TABLE country (country_code char(2) NOT NULL PRIMARY KEY, region_id integer REFERENCES region (region_id),
+  name varchar(60) NOT NULL DEFAULT 'unknown');
+CREATE TABLE department (dept_id integer NOT NULL PRIMARY KEY, head_id integer, name varchar(40) NOT NULL);
+CREATE TABLE employee (emp_id integer NOT NULL PRIMARY KEY, manager_id integer, dept_id integer,
+  name varchar(80) NOT NULL, salary numeric(10,2) DEFAULT 0 CHECK (salary >= 0), hired date,
+  FOREIGN KEY (manager_id) REFERENCES employee (emp_id), FOREIGN KEY (dept_id) REFERENCES department (dept_id));
+ALTER TABLE department ADD CONSTRAINT fk_department_head FOREIGN KEY (head_id) REFERENCES employee (emp_id);
+CREATE TABLE project (dept_id integer NOT NULL, project_no integer NOT NULL, title varchar(100),
+  budget numeric(12,2), PRIMARY KEY (dept_id, project_no), FOREIGN KEY (dept_id) REFERENCES department (dept_id));
+CREATE TABLE assignment (dept_id integer NOT NULL, project_no integer NOT NULL, emp_id integer NOT NULL,
+  hours real DEFAULT 0, PRIMARY KEY (dept_id, project_no, emp_id),
+  FOREIGN KEY (emp_id) REFERENCES employee (emp_id) ON DELETE CASCADE,
+  CONSTRAINT fk_assignment_project FOREIGN KEY (dept_id, project_no) REFERENCES project (dept_id, project_no)
+  ON DELETE CASCADE ON UPDATE CASCADE);
+CREATE TABLE customer (customer_id integer NOT NULL PRIMARY KEY, name varchar(80) NOT NULL, country_code char(2),
+  created timestamp DEFAULT CURRENT_TIMESTAMP, FOREIGN KEY (country_code) REFERENCES country (country_code));
+CREATE TABLE orders (order_id integer NOT NULL PRIMARY KEY, customer_id integer NOT NULL, ordered date NOT NULL,
+  status char(1) DEFAULT 'N', FOREIGN KEY (customer_id) REFERENCES customer (customer_id));
+CREATE TABLE product (product_id integer NOT NULL PRIMARY KEY, name varchar(80) NOT NULL, price numeric(9,2));
+CREATE TABLE order_line (order_id integer NOT NULL, line_no integer NOT NULL, product_id integer NOT NULL,
+  quantity integer NOT NULL DEFAULT 1, PRIMARY KEY (order_id, line_no),
+  FOREIGN KEY (order_id) REFERENCES orders (order_id), FOREIGN KEY (product_id) REFERENCES product (product_id));
+CREATE TABLE price_history (product_id integer NOT NULL, valid_from date NOT NULL, price numeric(9,2) NOT NULL,
+  PRIMARY KEY (product_id, valid_from), FOREIGN KEY (product_id) REFERENCES product (product_id));
+CREATE TABLE note (note_id integer NOT NULL PRIMARY KEY, body text, author_id integer,
+  FOREIGN KEY (author_id) REFERENCES employee (emp_id));
+CREATE INDEX ix_employee_name ON employee (name, hired DESC);
+CREATE INDEX ix_orders_recent ON orders (ordered DESC, customer_id);
+CREATE UNIQUE INDEX ux_product_name ON product (name);
+CREATE VIEW big_orders AS SELECT order_id, customer_id FROM orders WHERE status = 'B';
+CREATE FUNCTION order_total(p_order integer) RETURNS decimal(10,2) RETURN 0;
+CREATE PROCEDURE close_order(p_order integer) UPDATE orders SET status = 'C' WHERE order_id = p_order;
+)";
+
+class MariaDbTest : public CommandLineTest {
+protected:
+    void SetUp() override {
+        if (!DriverInstalled("MariaDB Unicode"))
+            GTEST_SKIP() << "the MariaDB ODBC driver (Debian odbc-mariadb) is not registered with unixODBC";
+        std::string why;
+        if (!m_server.Start(why)) GTEST_SKIP() << "no MariaDB server could be started here: " << why;
+    }
+    CMariaDbServer m_server;
+};
+
+// Lines of `name|...` with tabs for the bars, as the mariadb client prints them.
+std::vector<std::string> Tabbed(std::vector<std::string> lines) {
+    for (std::string& line : lines)
+        for (char& ch : line)
+            if (ch == '|') ch = '\t';
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
+
+TEST_F(MariaDbTest, AServersDatabaseComesInAsItsCatalogHasIt) {
+    m_server.Sql(kMariaDbSchema);
+    ASSERT_TRUE(m_server.LastSqlSucceeded()) << m_server.Sql("SELECT 1");
+    const std::string model = m_dir.File("sales.vrn");
+    ASSERT_EQ(Run("import 'odbc:" + m_server.Connection("sales") + "' -o " + model), 0) << Err() << Out();
+    EXPECT_NE(Out().find("a live database, MariaDB "), npos) << Out();
+    CModel read;
+    std::string error;
+    ASSERT_TRUE(ReadModelFile(model, read, error)) << error;
+
+    std::vector<std::string> tables, keys, foreignKeys, indexes;
+    for (const CModelTable& table : read.tables) {
+        EXPECT_EQ(table.owner, "sales");
+        tables.push_back(table.name + "|" + std::to_string(table.columns.size()));
+        for (std::size_t i = 0; i < table.indexes.size(); ++i) {
+            std::string columns;
+            for (const CModelIndexColumn& column : table.indexes[i].columns)
+                columns += (columns.empty() ? "" : ",") + column.name +
+                           (column.descending && static_cast<int>(i) != table.primaryKey ? " DESC" : "");
+            if (static_cast<int>(i) == table.primaryKey)
+                keys.push_back(table.name + "|" + columns);
+            else
+                indexes.push_back(table.name + "|" + table.indexes[i].name + "|" + columns);
+        }
+    }
+    for (const CModelForeignKey& key : read.foreignKeys) {
+        ASSERT_GE(key.parentTable, 0);
+        const char* action = key.onDelete == 'C' ? "CASCADE" : key.onDelete == 'S' ? "SET NULL"
+                           : key.onDelete == 'R' ? "RESTRICT" : "NO ACTION";
+        foreignKeys.push_back(read.tables[static_cast<std::size_t>(key.childTable)].name + "|" +
+                              read.tables[static_cast<std::size_t>(key.parentTable)].name + "|" + action);
+    }
+    EXPECT_EQ(tables.size(), 12u);
+    EXPECT_EQ(foreignKeys.size(), 13u);
+    EXPECT_EQ(Tabbed(tables), Lines(m_server.Sql(
+                                  "SELECT c.TABLE_NAME, COUNT(*) FROM information_schema.COLUMNS c JOIN "
+                                  "information_schema.TABLES t USING (TABLE_SCHEMA, TABLE_NAME) WHERE "
+                                  "t.TABLE_SCHEMA = 'sales' AND t.TABLE_TYPE = 'BASE TABLE' GROUP BY 1;")));
+    EXPECT_EQ(Tabbed(keys), Lines(m_server.Sql(
+                                "SELECT TABLE_NAME, GROUP_CONCAT(COLUMN_NAME ORDER BY ORDINAL_POSITION) FROM "
+                                "information_schema.KEY_COLUMN_USAGE WHERE TABLE_SCHEMA = 'sales' AND "
+                                "CONSTRAINT_NAME = 'PRIMARY' GROUP BY 1;")));
+    EXPECT_EQ(Tabbed(foreignKeys), Lines(m_server.Sql(
+                                       "SELECT TABLE_NAME, REFERENCED_TABLE_NAME, DELETE_RULE FROM "
+                                       "information_schema.REFERENTIAL_CONSTRAINTS WHERE CONSTRAINT_SCHEMA = 'sales';")));
+    EXPECT_EQ(Tabbed(indexes), Lines(m_server.Sql(
+                                   "SELECT TABLE_NAME, INDEX_NAME, GROUP_CONCAT(CONCAT(COLUMN_NAME, IF(COLLATION = 'D', "
+                                   "' DESC', '')) ORDER BY SEQ_IN_INDEX) FROM information_schema.STATISTICS WHERE "
+                                   "TABLE_SCHEMA = 'sales' AND INDEX_NAME <> 'PRIMARY' GROUP BY TABLE_NAME, "
+                                   "INDEX_NAME;")));
+    std::vector<std::string> code;
+    for (const CModelCode& procedure : read.procedures) code.push_back(procedure.name);
+    std::sort(code.begin(), code.end());
+    EXPECT_EQ(code, (std::vector<std::string>{"close_order", "order_total"}));
 }
 
 }  // namespace
