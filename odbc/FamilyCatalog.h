@@ -31,9 +31,38 @@ inline CQualifiedName Name(const std::string& schema, const std::string& name) {
     return qualified;
 }
 
+// The model builder's property codes the family readers set.
+namespace familycode {
+constexpr int kIdentity = 82;
+constexpr int kOnDeleteCascade = 77, kOnDeleteRestrict = 78, kOnDeleteSetNull = 79, kOnUpdateCascade = 80,
+              kOnUpdateRestrict = 81;
+}  // namespace familycode
+
+// A text as an SQL string literal.
+inline std::string Literal(const std::string& text) {
+    std::string literal = "'";
+    for (char ch : text) literal += ch == '\'' ? std::string("''") : std::string(1, ch);
+    return literal + "'";
+}
+
+inline CColumnDecl* FindColumn(CTableDecl& table, const std::string& name) {
+    for (CTableElement& element : table.elements)
+        if (auto* column = std::get_if<CColumnDecl>(&element); column && column->name == name) return column;
+    return nullptr;
+}
+
+// Each family reader takes `options` with the schemas already chosen
+// (empty: every schema but the server's own).
+
 // PostgreSQL: keys, indexes, foreign keys, checks, identity columns, the
 // texts of views, functions and procedures, each in one query over
 // pg_catalog for all the schemas read. False with the reason at the first
 // query the server refuses (the caller then takes the portable path).
 bool ReadPostgresCatalog(COdbcConnection& connection, const COdbcOptions& options, CCatalogParts& parts,
                          std::string& why);
+
+// MariaDB and MySQL: keys, indexes with their direction, foreign keys with
+// their actions, checks, auto-increment columns, the texts of views and of
+// routines, each in one query over information_schema.
+bool ReadMariaDbCatalog(COdbcConnection& connection, const COdbcOptions& options, CCatalogParts& parts,
+                        std::string& why);

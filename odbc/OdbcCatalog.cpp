@@ -352,21 +352,36 @@ bool ReadOdbcCatalog(COdbcConnection& connection, const COdbcServer& server, con
     CCatalogParts parts;
     parts.tables = &declared;
     bool bulk = false;
-    if (UpperAscii(server.name).find("POSTGRESQL") != std::string::npos) {
+    static const struct {
+        const char* name;  // in SQL_DBMS_NAME, upper case
+        const char* family;
+        bool (*read)(COdbcConnection&, const COdbcOptions&, CCatalogParts&, std::string&);
+    } kFamilies[] = {
+        {"POSTGRESQL", "PostgreSQL", &ReadPostgresCatalog},
+        {"MARIADB", "MariaDB", &ReadMariaDbCatalog},
+        {"MYSQL", "MySQL", &ReadMariaDbCatalog},
+    };
+    COdbcOptions chosen = options;  // the schemas as chosen above; none for every schema
+    chosen.schemas.clear();
+    for (const std::string& schema : schemas)
+        if (!schema.empty()) chosen.schemas.push_back(schema);
+    for (const auto& family : kFamilies) {
+        if (UpperAscii(server.name).find(family.name) == std::string::npos) continue;
         // Read into a copy: a reading refused half-way leaves the tables as they were.
         CDeclaredTables copy = declared;
         CCatalogParts read;
         read.tables = &copy;
         std::string why;
-        if (ReadPostgresCatalog(connection, options, read, why)) {
+        if (family.read(connection, chosen, read, why)) {
             declared = std::move(copy);
             parts = std::move(read);
             parts.tables = &declared;
             bulk = true;
         } else {
-            catalog.warnings.push_back("the PostgreSQL catalog could not be read (" + why +
+            catalog.warnings.push_back(std::string("the ") + family.family + " catalog could not be read (" + why +
                                        "): keys, indexes and foreign keys are read through ODBC, a table at a time");
         }
+        break;
     }
     if (!bulk) {
         ReadPerTable(connection, found, parts, catalog.warnings);

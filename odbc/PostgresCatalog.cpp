@@ -9,16 +9,7 @@
 
 namespace {
 
-// The model builder's property codes that the reading sets.
-constexpr int kIdentity = 82;
-constexpr int kOnDeleteCascade = 77, kOnDeleteRestrict = 78, kOnDeleteSetNull = 79, kOnUpdateCascade = 80,
-              kOnUpdateRestrict = 81;
-
-std::string Literal(const std::string& text) {
-    std::string literal = "'";
-    for (char ch : text) literal += ch == '\'' ? std::string("''") : std::string(1, ch);
-    return literal + "'";
-}
+using namespace familycode;
 
 // The schemas and tables asked for, as a condition on the namespace `n` and the relation `r`.
 std::string Where(const COdbcOptions& options, const char* relation) {
@@ -40,12 +31,6 @@ int DeleteAction(const std::string& code) {
     return code == "c" ? kOnDeleteCascade : code == "r" ? kOnDeleteRestrict : code == "n" ? kOnDeleteSetNull : 0;
 }
 int UpdateAction(const std::string& code) { return code == "c" ? kOnUpdateCascade : code == "r" ? kOnUpdateRestrict : 0; }
-
-CColumnDecl* FindColumn(CTableDecl& table, const std::string& name) {
-    for (CTableElement& element : table.elements)
-        if (auto* column = std::get_if<CColumnDecl>(&element); column && column->name == name) return column;
-    return nullptr;
-}
 
 }  // namespace
 

@@ -447,9 +447,20 @@ TEST_F(MariaDbTest, AServersDatabaseComesInAsItsCatalogHasIt) {
                                    "TABLE_SCHEMA = 'sales' AND INDEX_NAME <> 'PRIMARY' GROUP BY TABLE_NAME, "
                                    "INDEX_NAME;")));
     std::vector<std::string> code;
-    for (const CModelCode& procedure : read.procedures) code.push_back(procedure.name);
+    for (const CModelCode& procedure : read.procedures) {
+        code.push_back(procedure.name);
+        if (procedure.name != "close_order") continue;
+        EXPECT_NE(procedure.text.find("UPDATE orders"), npos) << procedure.text;
+    }
     std::sort(code.begin(), code.end());
     EXPECT_EQ(code, (std::vector<std::string>{"close_order", "order_total"}));
+    // From information_schema, in bulk: the check of a column, and a few calls whatever the tables.
+    ASSERT_EQ(read.checks.size(), 1u);
+    EXPECT_EQ(read.checks[0].column, "salary");
+    EXPECT_EQ(Out().find("could not be read"), npos) << Out();
+    const std::size_t calls = Out().find(" catalog calls)");
+    ASSERT_NE(calls, npos) << Out();
+    EXPECT_LE(std::atoi(Out().c_str() + Out().rfind('(', calls) + 1), 10) << Out();
 }
 
 }  // namespace
