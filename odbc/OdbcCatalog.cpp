@@ -237,14 +237,13 @@ int PlatformOfServer(const std::string& name, const std::string& version) {
     const std::string upper = UpperAscii(name);
     const auto code = [](const char* platform) { return FindPlatformByName(platform)->code; };
     if (upper.find("SQL SERVER") != std::string::npos) return code("sqlserver");
-    if (upper.find("ADAPTIVE SERVER ENTERPRISE") != std::string::npos || upper == "SQL SERVER" ||
-        upper.rfind("SYBASE", 0) == 0)
+    if (upper.find("ADAPTIVE SERVER ENTERPRISE") != std::string::npos || upper.rfind("SYBASE", 0) == 0)
         return code("sybase");
     if (upper.rfind("ORACLE", 0) == 0) {
         const int major = std::atoi(version.c_str());
         return major == 7 ? code("oracle7") : major == 8 ? code("oracle8") : code("oracle");
     }
-    if (upper.rfind("DB2/400", 0) == 0 || upper.rfind("AS", 0) == 0) return upper.rfind("DB2", 0) == 0 ? code("as400") : 0;
+    if (upper.rfind("DB2/400", 0) == 0 || upper.rfind("DB2 FOR I", 0) == 0) return code("as400");
     // DB2 for z/OS names itself DB2 with a version of the form DSNvvrrm; DB2 for LUW as DB2/LINUX, DB2/NT, ...
     if (upper.rfind("DB2", 0) == 0) return StartsWith(version, "DSN") || upper == "DB2" ? code("db2zos") : code("db2");
     if (upper.find("INFORMIX") != std::string::npos) return 6;

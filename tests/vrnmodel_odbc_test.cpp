@@ -14,6 +14,7 @@
 #include "ConnectionString.h"
 #include "ImportedModel.h"
 #include "MariaDbServer.h"
+#include "OdbcCatalog.h"
 #include "PostgresServer.h"
 
 namespace {
@@ -84,6 +85,32 @@ TEST(ConnectionStrings, PasswordsAreAddedBracedAndNeverShown) {
     EXPECT_EQ(MaskedConnection("DSN=x;PWD=secret;UID=u"), "DSN=x;PWD=***;UID=u");
     EXPECT_EQ(MaskedConnection("odbc:Driver=d;password={a;b}}c};UID=u"), "odbc:Driver=d;password=***;UID=u");
     EXPECT_EQ(MaskedConnection("DSN=x"), "DSN=x");
+}
+
+TEST(ServerPlatforms, TheDriversNameAndVersionGiveThePlatformCode) {
+    const struct {
+        const char* name;
+        const char* version;
+        const char* platform;  // a platform name, or "" for none of the table
+    } cases[] = {
+        {"Microsoft SQL Server", "15.00.2000", "sqlserver"},
+        {"Adaptive Server Enterprise", "16.0", "sybase"},
+        {"Oracle", "07.03.0000", "oracle7"},
+        {"Oracle", "08.01.0007", "oracle8"},
+        {"Oracle", "19.00.0000", "oracle"},
+        {"DB2/LINUXX8664", "11.05.0800", "db2"},
+        {"DB2/NT64", "11.01.0000", "db2"},
+        {"DB2", "DSN12015", "db2zos"},
+        {"DB2/400 SQL", "07.04.0000", "as400"},
+        {"PostgreSQL", "15.0.18", ""},
+        {"MariaDB", "10.11.000019", ""},
+        {"SQLite", "3.40.1", ""},
+    };
+    for (const auto& c : cases) {
+        const int expected = *c.platform ? FindPlatformByName(c.platform)->code : 0;
+        EXPECT_EQ(PlatformOfServer(c.name, c.version), expected) << c.name << " " << c.version;
+    }
+    EXPECT_EQ(PlatformOfServer("Informix", "12.10"), 6);  // Informix ONLINE, the table's only Informix with a name
 }
 
 TEST_F(OdbcTest, TheSqliteDriverGivesTheModelOfTheNativeImport) {
