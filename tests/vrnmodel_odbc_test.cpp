@@ -414,6 +414,41 @@ protected:
     CMariaDbServer m_server;
 };
 
+// A login the server refuses without a password: the password comes from
+// VRN_ODBC_PASSWORD, or is asked for on a terminal without being echoed;
+// it is shown nowhere and written nowhere.
+TEST_F(MariaDbTest, APasswordComesFromTheEnvironmentOrAQuietPrompt) {
+    m_server.Sql("CREATE DATABASE shop; CREATE TABLE shop.item (id integer PRIMARY KEY);"
+                 "CREATE USER 'reader'@'%' IDENTIFIED BY 'Sw0rdfish'; GRANT SELECT ON shop.* TO 'reader'@'%';");
+    ASSERT_TRUE(m_server.LastSqlSucceeded());
+    std::string connection = m_server.Connection("shop");
+    connection.replace(connection.find("UID=root"), 8, "UID=reader");
+    const std::string model = m_dir.File("shop.vrn"), summary = m_dir.File("summary.txt");
+
+    EXPECT_EQ(Shell("vrnmodel import 'odbc:" + connection + "' -o " + model + " < /dev/null > " + summary), 1);
+    EXPECT_NE(Err().find("cannot connect"), npos) << Err();
+
+    ASSERT_EQ(Shell("VRN_ODBC_PASSWORD=Sw0rdfish vrnmodel import 'odbc:" + connection + "' -o " + model + " > " +
+                    summary),
+              0)
+        << Err();
+    EXPECT_NE(ReadBytes(summary).find("1 table"), npos) << ReadBytes(summary);
+
+    // On a terminal (script(1) gives the program one), the password is asked
+    // for and not echoed; it is typed once the prompt is there, as a person would.
+    std::filesystem::remove(model);
+    const std::string session = m_dir.File("session.txt");
+    ASSERT_EQ(Shell("(sleep 3; printf 'Sw0rdfish\\n') | script -qec \"vrnmodel import 'odbc:" + connection + "' -o " +
+                    model + "\" " + session + " > /dev/null"),
+              0)
+        << ReadBytes(session);
+    const std::string typed = ReadBytes(session);
+    EXPECT_NE(typed.find("Password: "), npos) << typed;
+    EXPECT_NE(typed.find("1 table"), npos) << typed;
+    for (const std::string& shown : {typed, ReadBytes(summary), ReadBytes(model)})
+        EXPECT_EQ(shown.find("Sw0rdfish"), npos);
+}
+
 // Lines of `name|...` with tabs for the bars, as the mariadb client prints them.
 std::vector<std::string> Tabbed(std::vector<std::string> lines) {
     for (std::string& line : lines)
