@@ -435,11 +435,13 @@ TEST_F(MariaDbTest, APasswordComesFromTheEnvironmentOrAQuietPrompt) {
     EXPECT_NE(ReadBytes(summary).find("1 table"), npos) << ReadBytes(summary);
 
     // On a terminal (script(1) gives the program one), the password is asked
-    // for and not echoed; it is typed once the prompt is there, as a person would.
+    // for and not echoed; it is typed once the prompt shows, as a person would.
     std::filesystem::remove(model);
     const std::string session = m_dir.File("session.txt");
-    ASSERT_EQ(Shell("(sleep 3; printf 'Sw0rdfish\\n') | script -qec \"vrnmodel import 'odbc:" + connection + "' -o " +
-                    model + "\" " + session + " > /dev/null"),
+    const std::string typing = "for i in $(seq 200); do grep -q 'Password: ' " + session +
+                               " 2>/dev/null && break; sleep 0.1; done; printf 'Sw0rdfish\\n'";
+    ASSERT_EQ(Shell("(" + typing + ") | script -qefc \"vrnmodel import 'odbc:" + connection + "' -o " + model +
+                    "\" " + session + " > /dev/null"),
               0)
         << ReadBytes(session);
     const std::string typed = ReadBytes(session);
