@@ -13,9 +13,7 @@
 
 namespace {
 
-// The model builder's foreign key property codes for the ODBC rules.
-constexpr int kOnDeleteCascade = 77, kOnDeleteRestrict = 78, kOnDeleteSetNull = 79, kOnUpdateCascade = 80,
-              kOnUpdateRestrict = 81;
+using namespace familycode;
 
 bool StartsWith(const std::string& text, const char* prefix) {
     return UpperAscii(text).rfind(prefix, 0) == 0;
