@@ -51,6 +51,41 @@ inline CColumnDecl* FindColumn(CTableDecl& table, const std::string& name) {
     return nullptr;
 }
 
+// Indexes as catalogs list them, a column to a row in order: a primary
+// key's index becomes the key of its table, the others CREATE INDEX
+// statements (an index with a part that is an expression is kept so, for the
+// importer to say it cannot be held).
+class CIndexRows {
+public:
+    // `column` null: the part is an expression.
+    void Add(const std::string& schema, const std::string& table, const std::string& name, bool primary, bool unique,
+             const std::string* column, bool descending);
+    void MoveTo(CCatalogParts& parts);
+
+private:
+    struct CRead {
+        std::string schema, table;
+        bool primary = false;
+        CIndexDecl index;
+    };
+    std::map<std::string, CRead> m_indexes;
+    std::vector<std::string> m_order;
+};
+
+// Foreign keys as catalogs list them, a column pair to a row in order: one
+// ALTER TABLE ... ADD FOREIGN KEY each, for the tables read.
+class CForeignKeyRows {
+public:
+    // The first pair of a key gives its parent and actions.
+    void Add(const std::string& schema, const std::string& table, const std::string& name, const CQualifiedName& parent,
+             int onDelete, int onUpdate, const std::string& childColumn, const std::string& parentColumn);
+    void MoveTo(CCatalogParts& parts);
+
+private:
+    std::map<std::string, CAlterDecl> m_keys;
+    std::vector<std::string> m_order;
+};
+
 // Each family reader takes `options` with the schemas already chosen
 // (empty: every schema but the server's own).
 

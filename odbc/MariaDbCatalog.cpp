@@ -55,43 +55,14 @@ bool ReadMariaDbCatalog(COdbcConnection& connection, const COdbcOptions& options
               "information_schema.STATISTICS WHERE " + Where(options, "TABLE_SCHEMA", "TABLE_NAME") +
               " ORDER BY TABLE_SCHEMA, TABLE_NAME, INDEX_NAME, SEQ_IN_INDEX");
     if (!rows) return false;
-    std::map<std::string, CIndexDecl> indexes;
-    std::vector<std::string> order;
+    CIndexRows indexes;
     while (rows->Next()) {
-        const std::string schema = rows->Text(1), table = rows->Text(2), name = rows->Text(3);
-        const std::string key = Key(schema, table) + '\x1e' + name;
-        auto [entry, added] = indexes.emplace(key, CIndexDecl());
-        if (added) {
-            order.push_back(key);
-            entry->second.name = name;
-            entry->second.table = Name(schema, table);
-            entry->second.unique = rows->Number(4, 1) == 0;
-        }
-        if (rows->IsNull(5)) {
-            entry->second.expression = "(an expression)";
-            continue;
-        }
-        entry->second.columns.push_back(rows->Text(5));
-        entry->second.descending.push_back(rows->Text(6) == "D");
+        const std::string name = rows->Text(3), column = rows->Text(5);
+        indexes.Add(rows->Text(1), rows->Text(2), name, name == "PRIMARY", rows->Number(4, 1) == 0,
+                    rows->IsNull(5) ? nullptr : &column, rows->Text(6) == "D");
     }
     if (!ended(*rows)) return false;
-    for (const std::string& key : order) {
-        CIndexDecl& index = indexes[key];
-        const auto table = tables.find(Key(index.table.Owner(), index.table.Name()));
-        if (table == tables.end()) continue;
-        if (index.name == "PRIMARY") {
-            CConstraintDecl primaryKey;
-            primaryKey.kind = EConstraintKind::PrimaryKey;
-            primaryKey.name = index.name;
-            primaryKey.columns = index.columns;
-            table->second.elements.emplace_back(std::move(primaryKey));
-            continue;
-        }
-        CStatementDecl statement;
-        statement.kind = "CREATE INDEX";
-        statement.declaration = std::move(index);
-        parts.indexes.push_back(std::move(statement));
-    }
+    indexes.MoveTo(parts);
 
     // Foreign keys with their column pairs in order and their rules.
     rows = query(
@@ -102,36 +73,12 @@ bool ReadMariaDbCatalog(COdbcConnection& connection, const COdbcOptions& options
         "NULL AND " + Where(options, "k.TABLE_SCHEMA", "k.TABLE_NAME") +
         " ORDER BY k.TABLE_SCHEMA, k.TABLE_NAME, k.CONSTRAINT_NAME, k.ORDINAL_POSITION");
     if (!rows) return false;
-    std::map<std::string, CAlterDecl> keys;
-    std::vector<std::string> keyOrder;
-    while (rows->Next()) {
-        const std::string schema = rows->Text(1), table = rows->Text(2), name = rows->Text(3);
-        if (!tables.count(Key(schema, table))) continue;
-        const std::string key = Key(schema, table) + '\x1e' + name;
-        auto [entry, added] = keys.emplace(key, CAlterDecl());
-        if (added) {
-            keyOrder.push_back(key);
-            entry->second.table = Name(schema, table);
-            CConstraintDecl constraint;
-            constraint.kind = EConstraintKind::ForeignKey;
-            constraint.name = name;
-            constraint.reference.name = name;
-            constraint.reference.parent = Name(rows->Text(4), rows->Text(5));
-            constraint.reference.onDelete = DeleteAction(rows->Text(8));
-            constraint.reference.onUpdate = UpdateAction(rows->Text(9));
-            entry->second.items.emplace_back(std::move(constraint));
-        }
-        CForeignKeyDecl& reference = std::get<CConstraintDecl>(entry->second.items.front()).reference;
-        reference.childColumns.push_back(rows->Text(6));
-        reference.parentColumns.push_back(rows->Text(7));
-    }
+    CForeignKeyRows keys;
+    while (rows->Next())
+        keys.Add(rows->Text(1), rows->Text(2), rows->Text(3), Name(rows->Text(4), rows->Text(5)),
+                 DeleteAction(rows->Text(8)), UpdateAction(rows->Text(9)), rows->Text(6), rows->Text(7));
     if (!ended(*rows)) return false;
-    for (const std::string& key : keyOrder) {
-        CStatementDecl statement;
-        statement.kind = "ALTER TABLE";
-        statement.declaration = std::move(keys[key]);
-        parts.foreignKeys.push_back(std::move(statement));
-    }
+    keys.MoveTo(parts);
 
     // Checks; one declared with a column is that column's (MariaDB names it after the column).
     rows = query("SELECT CONSTRAINT_SCHEMA, TABLE_NAME, CONSTRAINT_NAME, CHECK_CLAUSE, LEVEL FROM "

@@ -53,56 +53,17 @@ bool ReadPostgresCatalog(COdbcConnection& connection, const COdbcOptions& option
         "LEFT JOIN pg_attribute a ON a.attrelid = x.indrelid AND a.attnum = k.attnum AND k.attnum > 0 "
         "WHERE t.relkind IN ('r', 'p') AND " + Where(options, "t") + " ORDER BY 1, 2, 3, k.n");
     if (!rows) return false;
-    struct CIndexRead {
-        std::string schema, table;
-        bool primary = false;
-        CIndexDecl index;
-        bool expression = false;
-    };
-    std::map<std::string, CIndexRead> indexes;
-    std::vector<std::string> order;
+    CIndexRows indexes;
     while (rows->Next()) {
-        const std::string schema = rows->Text(1), table = rows->Text(2), name = rows->Text(3);
-        const std::string key = Key(schema, table) + '\x1e' + name;
-        auto [entry, added] = indexes.emplace(key, CIndexRead());
-        if (added) {
-            order.push_back(key);
-            entry->second.schema = schema;
-            entry->second.table = table;
-            entry->second.primary = rows->Number(4) != 0;
-            entry->second.index.name = name;
-            entry->second.index.table = Name(schema, table);
-            entry->second.index.unique = rows->Number(5) != 0;
-        }
-        if (rows->IsNull(6)) {
-            entry->second.expression = true;
-            continue;
-        }
-        entry->second.index.columns.push_back(rows->Text(6));
-        entry->second.index.descending.push_back(rows->Number(7) != 0);
+        const std::string column = rows->Text(6);
+        indexes.Add(rows->Text(1), rows->Text(2), rows->Text(3), rows->Number(4) != 0, rows->Number(5) != 0,
+                    rows->IsNull(6) ? nullptr : &column, rows->Number(7) != 0);
     }
     if (!rows->Error().empty()) {
         why = rows->Error();
         return false;
     }
-    for (const std::string& key : order) {
-        CIndexRead& read = indexes[key];
-        const auto table = tables.find(Key(read.schema, read.table));
-        if (table == tables.end()) continue;
-        if (read.primary) {
-            CConstraintDecl primaryKey;
-            primaryKey.kind = EConstraintKind::PrimaryKey;
-            primaryKey.name = read.index.name;
-            primaryKey.columns = read.index.columns;
-            table->second.elements.emplace_back(std::move(primaryKey));
-            continue;
-        }
-        if (read.expression) read.index.expression = "(an expression)";
-        CStatementDecl statement;
-        statement.kind = "CREATE INDEX";
-        statement.declaration = std::move(read.index);
-        parts.indexes.push_back(std::move(statement));
-    }
+    indexes.MoveTo(parts);
 
     // Foreign keys with their column pairs in order and their actions.
     rows = query(
@@ -115,39 +76,15 @@ bool ReadPostgresCatalog(COdbcConnection& connection, const COdbcOptions& option
         "JOIN pg_attribute pa ON pa.attrelid = con.confrelid AND pa.attnum = k.pk "
         "WHERE con.contype = 'f' AND " + Where(options, "c") + " ORDER BY 1, 2, 3, k.n");
     if (!rows) return false;
-    std::map<std::string, CAlterDecl> keys;
-    std::vector<std::string> keyOrder;
-    while (rows->Next()) {
-        const std::string schema = rows->Text(1), table = rows->Text(2), name = rows->Text(3);
-        if (!tables.count(Key(schema, table))) continue;
-        const std::string key = Key(schema, table) + '\x1e' + name;
-        auto [entry, added] = keys.emplace(key, CAlterDecl());
-        if (added) {
-            keyOrder.push_back(key);
-            entry->second.table = Name(schema, table);
-            CConstraintDecl constraint;
-            constraint.kind = EConstraintKind::ForeignKey;
-            constraint.name = name;
-            constraint.reference.name = name;
-            constraint.reference.parent = Name(rows->Text(4), rows->Text(5));
-            constraint.reference.onDelete = DeleteAction(rows->Text(8));
-            constraint.reference.onUpdate = UpdateAction(rows->Text(9));
-            entry->second.items.emplace_back(std::move(constraint));
-        }
-        CForeignKeyDecl& reference = std::get<CConstraintDecl>(entry->second.items.front()).reference;
-        reference.childColumns.push_back(rows->Text(6));
-        reference.parentColumns.push_back(rows->Text(7));
-    }
+    CForeignKeyRows keys;
+    while (rows->Next())
+        keys.Add(rows->Text(1), rows->Text(2), rows->Text(3), Name(rows->Text(4), rows->Text(5)),
+                 DeleteAction(rows->Text(8)), UpdateAction(rows->Text(9)), rows->Text(6), rows->Text(7));
     if (!rows->Error().empty()) {
         why = rows->Error();
         return false;
     }
-    for (const std::string& key : keyOrder) {
-        CStatementDecl statement;
-        statement.kind = "ALTER TABLE";
-        statement.declaration = std::move(keys[key]);
-        parts.foreignKeys.push_back(std::move(statement));
-    }
+    keys.MoveTo(parts);
 
     // Checks, as the server spells them back; one on a single column is that column's.
     rows = query(
