@@ -65,9 +65,28 @@ std::string DisplayName(const std::string& name) {
     return quoted + "\"";
 }
 
-std::string QualifiedName(const std::string& owner, const std::string& name) {
+std::string TrimmedOwner(const std::string& owner) {
     const std::size_t first = owner.find_first_not_of(' ');
-    const std::string trimmed = first == std::string::npos ? "" : owner.substr(first, owner.find_last_not_of(' ') - first + 1);
+    return first == std::string::npos ? "" : owner.substr(first, owner.find_last_not_of(' ') - first + 1);
+}
+
+std::string MarkupEscape(const std::string& text) {
+    std::string out;
+    out.reserve(text.size());
+    for (char ch : text) {
+        switch (ch) {
+            case '&': out += "&amp;"; break;
+            case '<': out += "&lt;"; break;
+            case '>': out += "&gt;"; break;
+            case '"': out += "&quot;"; break;
+            default: out += ch;
+        }
+    }
+    return out;
+}
+
+std::string QualifiedName(const std::string& owner, const std::string& name) {
+    const std::string trimmed = TrimmedOwner(owner);
     return (trimmed.empty() ? "" : DisplayName(trimmed) + ".") + DisplayName(name);
 }
 

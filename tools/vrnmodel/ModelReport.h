@@ -31,6 +31,10 @@ std::string PlatformLine(const CModel& model);
 // A name as it can be read back: as it stands when it is a plain identifier,
 // else in double quotes with quotes doubled and control characters escaped.
 std::string DisplayName(const std::string& name);
+// An owner without the padding fixed-width catalogs give it.
+std::string TrimmedOwner(const std::string& owner);
+// Text for XML, HTML and Graphviz's HTML-like labels: & < > " escaped.
+std::string MarkupEscape(const std::string& text);
 // owner.name, the owner trimmed of the padding fixed-width catalogs give it.
 std::string QualifiedName(const std::string& owner, const std::string& name);
 // A column's type as the model's platform writes it (its user datatype's

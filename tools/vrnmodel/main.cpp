@@ -40,12 +40,18 @@ const CCommand kCommands[] = {
      "  --code                 also the text of triggers, procedures and packages\n"
      "  -o, --output OUT|-     write to a file instead of standard output\n",
      &RunShow},
-    {"diagram", "vrnmodel diagram MODEL -o OUT.svg|OUT.html|- [--tables PATTERN] [--no-columns]",
+    {"diagram",
+     "vrnmodel diagram MODEL -o OUT.svg|.html|.png|.pdf|.dot|- [--tables PATTERN] [--keys-only|--no-columns] "
+     "[--group-by owner]",
      "draws the tables and relationships in crow's foot notation with Graphviz",
-     "  -o, --output FILE      OUT.svg, OUT.html (a page with pan, zoom and search), or -\n"
+     "  -o, --output FILE      OUT.svg, OUT.html (one page with search and a details\n"
+     "                         panel), OUT.png, OUT.pdf, OUT.dot (Graphviz's source), or -\n"
      "                         for SVG on standard output\n"
+     "  --format FORMAT        svg, html, png, pdf or dot, whatever the file is called\n"
      "  --tables PATTERN       only tables whose names match the shell pattern (any case)\n"
-     "  --no-columns           table names only, for large models\n",
+     "  --keys-only            only key and foreign key columns\n"
+     "  --no-columns           table names only, for large models\n"
+     "  --group-by owner       each owner (schema) in a labelled frame\n",
      &RunDiagram},
     {"ddl", "vrnmodel ddl MODEL [-o OUT.sql|-] [--platform NAME|CODE] [--tables PATTERN] [--no-storage] [--no-code]",
      "writes the DDL script that creates the model, for its platform or another",
