@@ -108,7 +108,8 @@ public:
         nlohmann::json down{{"type", "keyDown"}, {"key", key}, {"code", key}, {"windowsVirtualKeyCode", code}};
         if (key == "Enter") down["text"] = "\r";
         Send("Input.dispatchKeyEvent", down);
-        Send("Input.dispatchKeyEvent", {{"type", "keyUp"}, {"key", key}, {"code", key}, {"windowsVirtualKeyCode", code}});
+        Send("Input.dispatchKeyEvent",
+             {{"type", "keyUp"}, {"key", key}, {"code", key}, {"windowsVirtualKeyCode", code}});
     }
 
     // A left click at a point of the window.

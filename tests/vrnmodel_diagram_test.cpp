@@ -366,7 +366,8 @@ TEST_F(DiagramPageTest, ClickingATableShowsItsDetails) {
         if (each.name == "ACT_RU_TASK") table = &each;
     ASSERT_NE(table, nullptr);
     EXPECT_NE(panel.find("ACT_RU_TASK"), std::string::npos);
-    for (const CModelColumn& column : table->columns) EXPECT_NE(panel.find(column.name), std::string::npos) << column.name;
+    for (const CModelColumn& column : table->columns)
+        EXPECT_NE(panel.find(column.name), std::string::npos) << column.name;
     EXPECT_NE(panel.find("nvarchar(64)"), std::string::npos);
     EXPECT_NE(panel.find("not null"), std::string::npos);
     for (const char* section : {"COLUMNS", "KEYS AND INDEXES", "FOREIGN KEYS"})

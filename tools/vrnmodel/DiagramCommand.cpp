@@ -40,7 +40,8 @@ int RunDiagram(const CCommand& command, const std::vector<std::string>& args) {
     for (std::string arg; arguments.Next(arg);) {
         if (arg == "--help" || arg == "-h") return CommandHelp(command);
         if (arg == "-o" || arg == "--output") {
-            if (!arguments.Value(output)) return UsageError(command, arg + " needs a file name (OUT.svg, OUT.html, OUT.png, OUT.pdf, OUT.dot or -)");
+            if (!arguments.Value(output))
+                return UsageError(command, arg + " needs a file name (OUT.svg, OUT.html, OUT.png, OUT.pdf, OUT.dot or -)");
         } else if (arg == "--format") {
             if (!arguments.Value(format) || !KnownFormat(format))
                 return UsageError(command, "--format needs one of svg, html, png, pdf, dot");
@@ -63,7 +64,9 @@ int RunDiagram(const CCommand& command, const std::vector<std::string>& args) {
         }
     }
     if (model.empty()) return UsageError(command, "no model file given");
-    if (output.empty()) return UsageError(command, "no output file given (-o OUT.svg, OUT.html, OUT.png, OUT.pdf, OUT.dot, or - for SVG on standard output)");
+    if (output.empty())
+        return UsageError(command, "no output file given (-o OUT.svg, OUT.html, OUT.png, OUT.pdf, OUT.dot, or - for SVG "
+                                   "on standard output)");
     CModel read;
     if (const int status = ReadCommandModel(command, model, output, read)) return status;
     if (format.empty()) format = FormatOf(output);

@@ -231,9 +231,9 @@ function section(title,rows){if(!rows.length)return;panel.appendChild(el('h3',ti
     t.appendChild(tr);});panel.appendChild(t);}
 function link(rel){if(!rel.id)return rel.table;var a=el('a',rel.table);
   a.addEventListener('click',function(){goTo(rel.id);show(rel.id);});return a;}
+function hide(){panel.style.display='none';panelWidth=0;}
 function show(id){var t=tables[id];panel.textContent='';panelWidth=380;panel.style.display='block';
-  var close=el('button','\u00d7','close');close.title='Close';
-  close.addEventListener('click',function(){panel.style.display='none';panelWidth=0;});
+  var close=el('button','\u00d7','close');close.title='Close';close.addEventListener('click',hide);
   panel.appendChild(close);panel.appendChild(el('h2',t.name));if(t.owner)panel.appendChild(el('div','owner '+t.owner));
   section('Columns',t.columns.map(function(c){return [c.name+(c.key?' (PK)':'')+(c.foreign?' (FK)':''),
     el('span',c.type,'type'),c.nullable?'null':'not null'];}));
@@ -241,8 +241,7 @@ function show(id){var t=tables[id];panel.textContent='';panelWidth=380;panel.sty
   section('Foreign keys',t.references.map(function(r){return [r.name,r.columns+' \u2192 ',link(r),r.otherColumns];}));
   section('Referenced by',t.referencedBy.map(function(r){return [r.name,link(r),r.columns+' \u2192 '+r.otherColumns];}));
   section('Checks',t.checks.map(function(c){return [c.name+(c.column?' ('+c.column+')':''),c.text];}));}
-document.addEventListener('keydown',function(e){if(e.key==='Escape'&&e.target!==search){
-  panel.style.display='none';panelWidth=0;}});
+document.addEventListener('keydown',function(e){if(e.key==='Escape'&&e.target!==search)hide();});
 fit(true);
 })();
 )js";

@@ -66,7 +66,8 @@ CBox MakeBox(const CModel& model, int index, const CDiagramOptions& options) {
             if (options.columns == EDiagramColumns::Keys && !column.inPrimaryKey && !foreign) continue;
             box.columns.push_back(CColumn{column.name, ColumnType(model, column), column.inPrimaryKey, foreign});
             const CColumn& added = box.columns.back();
-            width = std::max(width, (added.name.size() + (foreign ? 5 : 0) + added.type.size()) * kColumnPoints * 0.6 + 12);
+            const std::size_t letters = added.name.size() + (foreign ? 5 : 0) + added.type.size();
+            width = std::max(width, letters * kColumnPoints * 0.6 + 12);
             box.height += kColumnPoints + 6;
         }
     }
@@ -241,7 +242,8 @@ std::string WriteDiagramDot(const CModel& model, const std::vector<int>& tables,
         for (std::size_t i = 0; i < owners.size(); ++i) {
             out << "  subgraph cluster_" << i << " {\n"
                 << "    label=<<B>" << MarkupEscape(owners[i].empty() ? "(no owner)" : owners[i]) << "</B>>;\n"
-                << "    fontsize=14; labeljust=l; style=\"rounded,filled\"; color=\"#8a9bb0\"; fillcolor=\"#f6f8fb\";\n";
+                << "    fontsize=14; labeljust=l; style=\"rounded,filled\"; color=\"#8a9bb0\"; "
+                   "fillcolor=\"#f6f8fb\";\n";
             for (const CBox* box : byOwner[owners[i]]) node(*box, "    ");
             out << "  }\n";
         }
