@@ -168,8 +168,9 @@ private:
         return m_lastId;
     }
 
-    // Sends a command and waits up to 30 s for its answer, keeping the
-    // events that come before it.
+    // Sends a command and waits for its answer, keeping the events that come
+    // before it. The wait only guards against a browser that hangs; it bounds
+    // no speed, so it is generous enough for a heavily loaded machine.
     bool Call(const std::string& method, const nlohmann::json& params, nlohmann::json& result, std::string& why,
               bool inSession = true) {
         const int id = Send(method, params, inSession);
@@ -203,7 +204,7 @@ private:
             why = "Chromium is not running";
             return false;
         }
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(kPatience);
         for (;;) {
             const std::size_t end = m_buffer.find('\0');
             if (end != std::string::npos) {
@@ -215,7 +216,7 @@ private:
                                                                                     std::chrono::steady_clock::now());
             pollfd ready{m_out, POLLIN, 0};
             if (left.count() <= 0 || poll(&ready, 1, static_cast<int>(left.count())) <= 0) {
-                why = "Chromium did not answer within 30 s";
+                why = "Chromium did not answer within " + std::to_string(kPatience) + " s";
                 return false;
             }
             char chunk[65536];
@@ -249,6 +250,8 @@ private:
         }
         return bytes;
     }
+
+    static constexpr int kPatience = 180;  // seconds
 
     pid_t m_pid = 0;
     int m_in = -1, m_out = -1;
