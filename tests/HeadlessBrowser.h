@@ -100,22 +100,22 @@ public:
     }
 
     // Text typed into the focused element, as a keyboard would.
-    void Type(const std::string& text) { Send("Input.insertText", {{"text", text}}); }
+    void Type(const std::string& text) { Input("Input.insertText", {{"text", text}}); }
 
     // One key pressed and released: "Enter", "Escape".
     void Press(const std::string& key) {
         const int code = key == "Enter" ? 13 : key == "Escape" ? 27 : 0;
         nlohmann::json down{{"type", "keyDown"}, {"key", key}, {"code", key}, {"windowsVirtualKeyCode", code}};
         if (key == "Enter") down["text"] = "\r";
-        Send("Input.dispatchKeyEvent", down);
-        Send("Input.dispatchKeyEvent",
+        Input("Input.dispatchKeyEvent", down);
+        Input("Input.dispatchKeyEvent",
              {{"type", "keyUp"}, {"key", key}, {"code", key}, {"windowsVirtualKeyCode", code}});
     }
 
     // A left click at a point of the window.
     void Click(double x, double y) {
         for (const char* type : {"mouseMoved", "mousePressed", "mouseReleased"})
-            Send("Input.dispatchMouseEvent",
+            Input("Input.dispatchMouseEvent",
                  {{"type", type}, {"x", x}, {"y", y}, {"button", "left"}, {"clickCount", 1}});
     }
 
@@ -156,6 +156,14 @@ public:
     }
 
 private:
+    // An input event, waited for: Chromium answers once the page has handled
+    // it, so what the test reads next sees its effect.
+    void Input(const std::string& method, const nlohmann::json& params) {
+        nlohmann::json ignored;
+        std::string why;
+        Call(method, params, ignored, why);
+    }
+
     int Send(const std::string& method, const nlohmann::json& params, bool inSession = true) {
         nlohmann::json message{{"id", ++m_lastId}, {"method", method}, {"params", params}};
         if (inSession && !m_session.empty()) message["sessionId"] = m_session;
