@@ -60,11 +60,32 @@ CStoreDb::CStoreDb() {
     // needs no mutex of its own.
     const int flags =
         SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_MEMORY | SQLITE_OPEN_NOMUTEX;
-    if (sqlite3_open_v2(":memory:", &m_db, flags, nullptr) != SQLITE_OK) {
+    if (sqlite3_open_v2(":memory:", &m_db, flags, nullptr) != SQLITE_OK || !HoldInOneImage()) {
         NoteError("cannot open the in-memory model");
         sqlite3_close(m_db);
         m_db = nullptr;
     }
+}
+
+// The model is held as one growing image of the file it becomes (SQLite's
+// memdb), not as a cache of loose pages: Save hands that image to the file
+// as it is, where a plain in-memory database would have to be copied whole
+// first, doubling the memory of the largest catalogs at their peak.
+bool CStoreDb::HoldInOneImage() {
+    if (sqlite3_deserialize(m_db, "main", nullptr, 0, 0,
+                            SQLITE_DESERIALIZE_RESIZEABLE | SQLITE_DESERIALIZE_FREEONCLOSE) != SQLITE_OK)
+        return false;
+    // An image may grow to 1 GiB by default, about 450,000 tables; the
+    // model's size is bounded by the machine's memory instead.
+    sqlite3_int64 limit = kImageSizeLimit;
+    return sqlite3_file_control(m_db, "main", SQLITE_FCNTL_SIZE_LIMIT, &limit) == SQLITE_OK;
+}
+
+const unsigned char* CStoreDb::Image(std::int64_t* size) {
+    sqlite3_int64 bytes = 0;
+    const unsigned char* image = sqlite3_serialize(m_db, "main", &bytes, SQLITE_SERIALIZE_NOCOPY);
+    *size = bytes;
+    return image;
 }
 
 CStoreDb::~CStoreDb() { sqlite3_close_v2(m_db); }

@@ -46,7 +46,7 @@ private:
 
 class CStoreDb {
 public:
-    // Opens a fresh in-memory database.
+    // Opens a fresh, empty model in memory.
     CStoreDb();
     ~CStoreDb();
     CStoreDb(const CStoreDb&) = delete;
@@ -59,7 +59,7 @@ public:
     std::int64_t QueryInt(const std::string& sql, std::int64_t fallback);
 
     // Writes are batched in one open transaction; readers of the file never
-    // see it, because the file is only written by a backup of the whole model.
+    // see it, because the file is only written whole, from the committed image.
     void EnsureTransaction();
     bool Commit();
 
@@ -67,8 +67,15 @@ public:
     // The connection's message for its most recent failed call.
     std::string ConnectionError() const;
     sqlite3* Handle() const { return m_db; }
+    // The bytes of the model's file as they stand, without a copy: valid
+    // until the next change to the model. Null (size 0) before anything has
+    // been written.
+    const unsigned char* Image(std::int64_t* size);
 
 private:
+    static constexpr std::int64_t kImageSizeLimit = std::int64_t(1) << 46;
+
+    bool HoldInOneImage();
     void NoteError(const std::string& context);
 
     sqlite3* m_db = nullptr;

@@ -345,15 +345,14 @@ int CVrnFile::Save(const char* path, int /*flags*/) {
     if (!m_writeFailure.empty())
         return Fail("cannot save " + Quoted(target) + ": the model is incomplete (" + m_writeFailure + ")");
 
-    // The whole file image, as the database's own serialisation.
-    sqlite3_int64 size = 0;
-    std::unique_ptr<unsigned char, decltype(&sqlite3_free)> image(sqlite3_serialize(m_pDb->Handle(), "main", &size, 0),
-                                                                   &sqlite3_free);
-    if (!image) return Fail("cannot save " + Quoted(target) + ": the model could not be serialised (out of memory)");
+    // The model in memory is already the file's image; it is written as it stands.
+    std::int64_t size = 0;
+    const unsigned char* image = m_pDb->Image(&size);
+    if (!image) return Fail("cannot save " + Quoted(target) + ": the model in memory has no file image");
 
     // On disk the image replaces the target whole, or the target stays as it was.
     std::string reason;
-    if (!WriteFileAtomically(CFileSystem::Default(), target, image.get(), static_cast<std::size_t>(size), &reason))
+    if (!WriteFileAtomically(CFileSystem::Default(), target, image, static_cast<std::size_t>(size), &reason))
         return Fail(reason);
     m_lastError.clear();
     return 1;

@@ -1,6 +1,7 @@
 // The model file: what Open refuses, how Save replaces a file atomically, and
 // the order in which rows reach the file.
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 
 #include "ModelFileReader.h"
@@ -264,3 +265,23 @@ TEST_F(ModelFileTest, RowsWrittenAfterAnOpenContinueTheRowSequence) {
 }
 
 }  // namespace
+
+// The model in memory is the image of the file it becomes; its growth is
+// bounded by the machine, not by SQLite's default of 1 GiB for such images
+// (about 450,000 tables), and a save writes that image as it stands.
+TEST(ModelImageTest, GrowsPastTheDefaultLimitAndIsSavedWithoutACopy) {
+    vrn::CStoreDb db;
+    ASSERT_TRUE(db.IsOpen());
+    sqlite3_int64 limit = -1;  // asks for the current limit
+    ASSERT_EQ(sqlite3_file_control(db.Handle(), "main", SQLITE_FCNTL_SIZE_LIMIT, &limit), SQLITE_OK);
+    EXPECT_GE(limit, sqlite3_int64(1) << 40);
+
+    ASSERT_TRUE(db.Exec("CREATE TABLE t (x); INSERT INTO t VALUES (42)"));
+    std::int64_t size = 0;
+    const unsigned char* image = db.Image(&size);
+    ASSERT_NE(image, nullptr);
+    EXPECT_EQ(size % 4096, 0);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(image), 15), "SQLite format 3");
+    std::int64_t again = 0;
+    EXPECT_EQ(db.Image(&again), image) << "a second save must not copy the model";
+}
