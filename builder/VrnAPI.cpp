@@ -1,5 +1,7 @@
 #include "builder/VrnAPI.h"
 
+#include <climits>
+#include <cstring>
 #include <unordered_set>
 
 #include "builder/Platforms.h"
@@ -91,6 +93,20 @@ unsigned long CVrnAPI::AllocKey(EKeyClass keyClass) {
     // Before a successful Initialize there is no key allocator: no key is made.
     if (!m_pVrnFile || !m_pNameSpaceMgr) return 0;
     return m_pVrnFile->GetIdentityMgr()->AllocKeyValue(static_cast<int>(keyClass));
+}
+
+CString CVrnAPI::ShareName(const char* name) {
+    constexpr std::size_t kSlots = 4096;  // a power of two
+    if (!name) return CString();
+    std::uint32_t hash = 2166136261u;  // FNV-1a
+    std::size_t length = 0;
+    for (; name[length]; ++length) hash = (hash ^ static_cast<unsigned char>(name[length])) * 16777619u;
+    if (length > INT_MAX) return CString(name);  // beyond what a shared text's length holds
+    if (m_recentNames.empty()) m_recentNames.resize(kSlots);
+    CString& slot = m_recentNames[hash & (kSlots - 1)];
+    if (static_cast<std::size_t>(slot.GetLength()) != length || std::memcmp(slot.GetString(), name, length) != 0)
+        slot = CString(name, static_cast<int>(length));
+    return slot;
 }
 
 void CVrnAPI::WriteModelRows(const char* path) {

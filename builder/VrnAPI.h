@@ -217,6 +217,9 @@ protected:
     // A new key of `keyClass` from the model file's key allocator; 0 before a
     // successful Initialize.
     unsigned long AllocKey(EKeyClass keyClass);
+    // `name` as a text, sharing the buffer of an equal name given recently
+    // (see m_recentNames); null gives the empty text.
+    CString ShareName(const char* name);
 
     friend class CVrnApiEntity;
     friend class CVrnApiIndex;
@@ -289,6 +292,12 @@ protected:
     std::uint32_t m_modelId;
     CString m_db2SqlId;
     std::vector<CRetiredManagers> m_retiredManagers;
+    // Catalogs repeat column names from table to table (ID, NAME,
+    // CREATED_AT), and every attribute holds its name: a name met again
+    // shares the earlier one's buffer. The cache is direct-mapped by the
+    // name's hash, and a name that misses takes its slot, so its memory stays
+    // fixed whatever the catalog; all-distinct names cost a hash and a compare.
+    std::vector<CString> m_recentNames;
     // Lookups over the lists above, not owning: the first row of a name wins.
     CFirstMatchNameIndex<CNSOutputDefaults> m_defaultIndex;
     CFirstMatchNameIndex<CNSOutputRules> m_ruleIndex;

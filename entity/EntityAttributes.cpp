@@ -114,7 +114,7 @@ CVrnApiAttribute* CVrnApiEntity::AddAttribute(unsigned long /*unused*/, const ch
     }
 
     if (name) {
-        attribute->m_attributeName = name;
+        attribute->m_attributeName = m_pOwner->ShareName(name);
         attribute->m_columnName = attribute->m_attributeName;  // one shared text
         attribute->m_attributeNameGiven = 1;
     }

@@ -156,6 +156,32 @@ TEST_F(AttributesTest, AddingToAnUnknownEntityUsesNoIdentifier) {
     EXPECT_EQ(first, 1u);
 }
 
+// A column name met again in another table shares the first one's text;
+// changing one attribute's name afterwards leaves the others as they were.
+TEST_F(AttributesTest, RepeatedNamesShareTheirTextAndStayEachAttributesOwn) {
+    Start(41);
+    const char* first = Add("ID", "int").GetAttributeName();
+    const char* other = Add("CODE", "int").GetAttributeName();
+    const unsigned long orders = m_builder.AddEntity("ORDERS", "SALES", 0, 0);
+    const unsigned long id = m_builder.AddAttribute(orders, "ID", "int", -1, -1, 1, 0);
+    CVrnApiEntity& second = *m_builder.GetEntityPtr(orders);
+    CVrnApiAttribute& repeated = *second.GetAttribute(second.FindAttribute("ID", 1));
+    EXPECT_EQ(repeated.GetAttributeName(), first);
+    EXPECT_NE(other, first);
+
+    m_builder.AddAttribute(orders, "CODE", "int", -1, -1, 1, 0);
+    CVrnApiAttribute& code = *second.GetAttribute(second.FindAttribute("CODE", 1));
+    ASSERT_EQ(code.GetAttributeName(), other);
+    code.m_columnName.MakeLower();
+    ASSERT_EQ(m_builder.SetAttributeStringProperty(id, 1, "ORDER_ID"), 1);
+
+    const std::string path = m_dir.File("shared.vrn");
+    m_builder.SaveToFile(path.c_str());
+    CModelFileReader reader(path);
+    EXPECT_EQ(reader.Column("SELECT attribute_name || '/' || column_name FROM Attribute ORDER BY row_seq"),
+              (std::vector<std::string>{"ID/ID", "CODE/CODE", "ORDER_ID/ORDER_ID", "CODE/code"}));
+}
+
 TEST_F(AttributesTest, GettersRefreshFromTheNameSpaceOnlyUnderTheUpdateFlag) {
     Start(41);
     CVrnApiAttribute& attribute = Add("LOCAL", "int");
