@@ -29,8 +29,12 @@ public:
     CReplacement(CFileSystem& fs, const std::string& target, std::string* reason)
         : m_fs(fs), m_target(target), m_reason(reason) {}
 
-    bool Run(const char* bytes, std::size_t size) {
-        if (!Create() || !WriteAll(bytes, size) || !SyncFile() || !Name() || !CloseFile()) return false;
+    bool Run(const CFileFiller& fill) {
+        if (!Create()) return false;
+        CTemporaryFile file(m_fs, m_fd);
+        std::string why;
+        if (!fill(file, &why)) return Abandon(why);
+        if (!SyncFile() || !Name() || !CloseFile()) return false;
         if (const int error = m_fs.Rename(m_temp, m_target)) return Abandon(std::strerror(error));
         // The rename has replaced the target: the save is done, and no later
         // failure can give the old file back, so reporting one would say
@@ -71,18 +75,6 @@ private:
         else
             mode = m_fs.DefaultFileMode();
         m_fs.SetMode(m_fd, mode);
-        return true;
-    }
-
-    bool WriteAll(const char* bytes, std::size_t size) {
-        for (std::size_t done = 0; done < size;) {
-            std::size_t written = 0;
-            const int error = m_fs.Write(m_fd, bytes + done, std::min(size - done, kWriteChunk), &written);
-            if (error == EINTR) continue;
-            if (error != 0) return Abandon(std::strerror(error));
-            if (written == 0) return Abandon("nothing could be written");
-            done += written;
-        }
         return true;
     }
 
@@ -137,8 +129,7 @@ private:
 
 }  // namespace
 
-bool WriteFileAtomically(CFileSystem& fs, const std::string& path, const void* data, std::size_t size,
-                         std::string* reason) {
+bool WriteFileAtomically(CFileSystem& fs, const std::string& path, const CFileFiller& fill, std::string* reason) {
     // A link is followed: the file it names is replaced, the link stays. A
     // device or a pipe is never replaced by a file.
     std::string target;
@@ -152,9 +143,51 @@ bool WriteFileAtomically(CFileSystem& fs, const std::string& path, const void* d
         return false;
     }
     CReplacement replacement(fs, target, reason);
-    if (!replacement.Run(static_cast<const char*>(data), size)) return false;
+    if (!replacement.Run(fill)) return false;
     reason->clear();
     return true;
+}
+
+bool WriteFileAtomically(CFileSystem& fs, const std::string& target, const void* data, std::size_t size,
+                         std::string* reason) {
+    const auto writeAll = [data, size](CTemporaryFile& file, std::string* why) {
+        if (file.WriteAt(data, size, 0)) return true;
+        *why = file.Error();
+        return false;
+    };
+    return WriteFileAtomically(fs, target, writeAll, reason);
+}
+
+bool CTemporaryFile::WriteAt(const void* data, std::size_t size, std::uint64_t offset) {
+    const char* bytes = static_cast<const char*>(data);
+    for (std::size_t done = 0; done < size;) {
+        std::size_t written = 0;
+        const int error = m_fs.Write(m_fd, bytes + done, std::min(size - done, kWriteChunk), offset + done, &written);
+        if (error == EINTR) continue;
+        if (error != 0) return Fail(std::strerror(error));
+        if (written == 0) return Fail("nothing could be written");
+        done += written;
+    }
+    return true;
+}
+
+bool CTemporaryFile::ReadAt(void* data, std::size_t size, std::uint64_t offset, std::size_t* read) {
+    char* bytes = static_cast<char*>(data);
+    *read = 0;
+    while (*read < size) {
+        std::size_t got = 0;
+        const int error = m_fs.Read(m_fd, bytes + *read, size - *read, offset + *read, &got);
+        if (error == EINTR) continue;
+        if (error != 0) return Fail(std::strerror(error));
+        if (got == 0) break;  // the end of the file
+        *read += got;
+    }
+    return true;
+}
+
+bool CTemporaryFile::Fail(const std::string& why) {
+    m_error = why;
+    return false;
 }
 
 bool FollowLinks(const std::string& path, std::string& target) {

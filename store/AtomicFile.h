@@ -4,6 +4,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <string>
 
 namespace vrn {
@@ -25,6 +27,37 @@ class CFileSystem;
 // complete "<stem>.<pid>.<n>.tmp" behind.
 bool WriteFileAtomically(CFileSystem& fs, const std::string& target, const void* data, std::size_t size,
                          std::string* reason);
+
+// The temporary file that becomes the target, as the writer of its content
+// sees it. A failed call keeps its reason in Error().
+class CTemporaryFile {
+public:
+    CTemporaryFile(CFileSystem& fs, int fd) : m_fs(fs), m_fd(fd) {}
+
+    // Writes all `size` bytes at byte `offset`, going on after short and
+    // interrupted writes.
+    bool WriteAt(const void* data, std::size_t size, std::uint64_t offset);
+    // Reads `size` bytes at byte `offset`, or fewer (*read) at the end of the file.
+    bool ReadAt(void* data, std::size_t size, std::uint64_t offset, std::size_t* read);
+    const std::string& Error() const { return m_error; }
+
+private:
+    bool Fail(const std::string& why);
+
+    CFileSystem& m_fs;
+    int m_fd;
+    std::string m_error;
+};
+
+// Writes the whole content into `file`: true when it is all there; else
+// false with *why.
+using CFileFiller = std::function<bool(CTemporaryFile& file, std::string* why)>;
+
+// As above, for content that is written in pieces and at the offsets its
+// writer chooses (a database copied page by page): the same temporary file,
+// filled by `fill`, synced and renamed over the target the same way. When
+// `fill` fails, *reason is "cannot save '<target>': <why>".
+bool WriteFileAtomically(CFileSystem& fs, const std::string& target, const CFileFiller& fill, std::string* reason);
 
 // The directory part of `path`: "." for a bare name, "/" for a name in the root.
 std::string DirectoryOf(const std::string& path);

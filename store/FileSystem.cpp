@@ -21,7 +21,7 @@ class CPosixFileSystem final : public CFileSystem {
 public:
     int CreateUnnamed(const std::string& directory, int* fd) override {
 #ifdef O_TMPFILE
-        const int opened = ::open(directory.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+        const int opened = ::open(directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
         if (opened < 0) return LastErrno();
         *fd = opened;
         return 0;
@@ -51,10 +51,17 @@ public:
 
     int SetMode(int fd, mode_t mode) override { return ::fchmod(fd, mode) == 0 ? 0 : LastErrno(); }
 
-    int Write(int fd, const void* data, std::size_t size, std::size_t* written) override {
-        const ssize_t n = ::write(fd, data, size);
+    int Write(int fd, const void* data, std::size_t size, std::uint64_t offset, std::size_t* written) override {
+        const ssize_t n = ::pwrite(fd, data, size, static_cast<off_t>(offset));
         if (n < 0) return LastErrno();
         *written = static_cast<std::size_t>(n);
+        return 0;
+    }
+
+    int Read(int fd, void* data, std::size_t size, std::uint64_t offset, std::size_t* read) override {
+        const ssize_t n = ::pread(fd, data, size, static_cast<off_t>(offset));
+        if (n < 0) return LastErrno();
+        *read = static_cast<std::size_t>(n);
         return 0;
     }
 

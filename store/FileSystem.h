@@ -11,6 +11,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace vrn {
@@ -25,11 +26,11 @@ public:
     // The real file system. It holds no state and lives as long as the process.
     static CFileSystem& Default();
 
-    // Makes a file without a name in `directory`, open for writing with mode
+    // Makes a file without a name in `directory`, open for reading and writing with mode
     // 0600, and sets *fd. Closing it before LinkUnnamed discards it. A file
     // system without such files answers EOPNOTSUPP, an older kernel EISDIR.
     virtual int CreateUnnamed(const std::string& directory, int* fd) = 0;
-    // Makes a new file, open for writing with mode 0600, whose name is
+    // Makes a new file, open for reading and writing with mode 0600, whose name is
     // `nameTemplate` with its last six characters ("XXXXXX") replaced so that
     // the name was not taken, and sets *name and *fd.
     virtual int CreateTemporary(const std::string& nameTemplate, std::string* name, int* fd) = 0;
@@ -37,9 +38,13 @@ public:
     virtual int LinkUnnamed(int fd, const std::string& name) = 0;
     // Sets the permission bits of the file open as `fd`.
     virtual int SetMode(int fd, mode_t mode) = 0;
-    // Writes at most `size` bytes at `data` in one call and sets *written to
-    // how many it wrote, which may be fewer. EINTR when a signal came first.
-    virtual int Write(int fd, const void* data, std::size_t size, std::size_t* written) = 0;
+    // Writes at most `size` bytes at `data` at byte `offset` of the file in
+    // one call and sets *written to how many it wrote, which may be fewer.
+    // EINTR when a signal came first.
+    virtual int Write(int fd, const void* data, std::size_t size, std::uint64_t offset, std::size_t* written) = 0;
+    // Reads at most `size` bytes at byte `offset` into `data` in one call and
+    // sets *read to how many it read: 0 at the end of the file.
+    virtual int Read(int fd, void* data, std::size_t size, std::uint64_t offset, std::size_t* read) = 0;
     // Returns once what was written to `fd` is on the device.
     virtual int Sync(int fd) = 0;
     // Releases `fd` whatever the answer; an error means that what was written

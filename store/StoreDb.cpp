@@ -2,7 +2,23 @@
 
 #include <sqlite3.h>
 
+#include <cstring>
+
 namespace vrn {
+
+namespace {
+
+// The model spills into a temporary file: when that fails, the file
+// system's reason (a full disk, a file size limit) is the useful part. ""
+// when the last failure was not the file system's.
+std::string FileSystemReason(sqlite3* db) {
+    const int primary = sqlite3_errcode(db) & 0xff;
+    const int code = sqlite3_system_errno(db);
+    if (code == 0 || (primary != SQLITE_IOERR && primary != SQLITE_CANTOPEN && primary != SQLITE_FULL)) return "";
+    return std::string(": ") + std::strerror(code);
+}
+
+}  // namespace
 
 CStatement::~CStatement() { sqlite3_finalize(m_stmt); }
 
@@ -55,53 +71,41 @@ std::string CStatement::ColumnText(int column) const {
 bool CStatement::ColumnIsNull(int column) const { return sqlite3_column_type(m_stmt, column) == SQLITE_NULL; }
 
 CStoreDb::CStoreDb() {
-    // URI file names let the model attach an existing file read-only. The
-    // connection belongs to one model builder, used from one thread, so it
-    // needs no mutex of its own.
-    const int flags =
-        SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_MEMORY | SQLITE_OPEN_NOMUTEX;
-    if (sqlite3_open_v2(":memory:", &m_db, flags, nullptr) != SQLITE_OK || !HoldInOneImage()) {
-        NoteError("cannot open the in-memory model");
+    // The model is SQLite's temporary database (an empty file name): its
+    // pages live in a cache of bounded size and, beyond it, in a file that
+    // SQLite makes in the temporary directory, unreadable to others and
+    // deleted with the model. A large catalog's rows thus never sit in memory
+    // beside the objects they come from; a small model never touches the
+    // disk. URI file names let the model attach an existing file read-only.
+    // The connection belongs to one model builder, used from one thread, so
+    // it needs no mutex of its own.
+    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX;
+    if (sqlite3_open_v2("", &m_db, flags, nullptr) != SQLITE_OK ||
+        !Exec("PRAGMA cache_size = -" + std::to_string(kCacheKiB))) {
+        NoteError("cannot open the model");
         sqlite3_close(m_db);
         m_db = nullptr;
     }
-}
-
-// The model is held as one growing image of the file it becomes (SQLite's
-// memdb), not as a cache of loose pages: Save hands that image to the file
-// as it is, where a plain in-memory database would have to be copied whole
-// first, doubling the memory of the largest catalogs at their peak.
-bool CStoreDb::HoldInOneImage() {
-    if (sqlite3_deserialize(m_db, "main", nullptr, 0, 0,
-                            SQLITE_DESERIALIZE_RESIZEABLE | SQLITE_DESERIALIZE_FREEONCLOSE) != SQLITE_OK)
-        return false;
-    // An image may grow to 1 GiB by default, about 450,000 tables; the
-    // model's size is bounded by the machine's memory instead.
-    sqlite3_int64 limit = kImageSizeLimit;
-    return sqlite3_file_control(m_db, "main", SQLITE_FCNTL_SIZE_LIMIT, &limit) == SQLITE_OK;
-}
-
-const unsigned char* CStoreDb::Image(std::int64_t* size) {
-    sqlite3_int64 bytes = 0;
-    const unsigned char* image = sqlite3_serialize(m_db, "main", &bytes, SQLITE_SERIALIZE_NOCOPY);
-    *size = bytes;
-    return image;
 }
 
 CStoreDb::~CStoreDb() { sqlite3_close_v2(m_db); }
 
 void CStoreDb::NoteError(const std::string& context) {
     m_lastError = context;
-    if (m_db) m_lastError += std::string(": ") + sqlite3_errmsg(m_db);
+    if (m_db) m_lastError += ": " + ConnectionError();
 }
 
-std::string CStoreDb::ConnectionError() const { return m_db ? sqlite3_errmsg(m_db) : "no database"; }
+std::string CStoreDb::ConnectionError() const {
+    if (!m_db) return "no database";
+    return sqlite3_errmsg(m_db) + FileSystemReason(m_db);
+}
 
 bool CStoreDb::Exec(const std::string& sql) {
     if (!m_db) return false;
     char* message = nullptr;
     if (sqlite3_exec(m_db, sql.c_str(), nullptr, nullptr, &message) == SQLITE_OK) return true;
     m_lastError = message ? message : "unknown SQLite error";
+    m_lastError += FileSystemReason(m_db);
     sqlite3_free(message);
     return false;
 }

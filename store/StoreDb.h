@@ -1,4 +1,4 @@
-// A small RAII layer over one SQLite connection: the in-memory model that the
+// A small RAII layer over one SQLite connection: the model that the
 // store services write into, and the statements they run on it. Nothing here
 // throws; every failure is a false/0 result with the connection's message kept
 // in LastError().
@@ -46,7 +46,7 @@ private:
 
 class CStoreDb {
 public:
-    // Opens a fresh, empty model in memory.
+    // Opens a fresh, empty model.
     CStoreDb();
     ~CStoreDb();
     CStoreDb(const CStoreDb&) = delete;
@@ -59,7 +59,8 @@ public:
     std::int64_t QueryInt(const std::string& sql, std::int64_t fallback);
 
     // Writes are batched in one open transaction; readers of the file never
-    // see it, because the file is only written whole, from the committed image.
+    // see it, because the file is only written by a copy of the whole,
+    // committed model.
     void EnsureTransaction();
     bool Commit();
 
@@ -67,15 +68,11 @@ public:
     // The connection's message for its most recent failed call.
     std::string ConnectionError() const;
     sqlite3* Handle() const { return m_db; }
-    // The bytes of the model's file as they stand, without a copy: valid
-    // until the next change to the model. Null (size 0) before anything has
-    // been written.
-    const unsigned char* Image(std::int64_t* size);
 
 private:
-    static constexpr std::int64_t kImageSizeLimit = std::int64_t(1) << 46;
+    // The model's page cache, in KiB: what its rows take in memory at most.
+    static constexpr int kCacheKiB = 2048;
 
-    bool HoldInOneImage();
     void NoteError(const std::string& context);
 
     sqlite3* m_db = nullptr;

@@ -16,6 +16,7 @@
 #include "store/DbObjectBase.h"
 #include "store/FileSystem.h"
 #include "store/IdentityMgr.h"
+#include "store/ModelCopy.h"
 #include "store/NameSpaceMgr.h"
 #include "store/RowTables.h"
 #include "store/StoreDb.h"
@@ -345,15 +346,13 @@ int CVrnFile::Save(const char* path, int /*flags*/) {
     if (!m_writeFailure.empty())
         return Fail("cannot save " + Quoted(target) + ": the model is incomplete (" + m_writeFailure + ")");
 
-    // The model in memory is already the file's image; it is written as it stands.
-    std::int64_t size = 0;
-    const unsigned char* image = m_pDb->Image(&size);
-    if (!image) return Fail("cannot save " + Quoted(target) + ": the model in memory has no file image");
-
-    // On disk the image replaces the target whole, or the target stays as it was.
+    // The committed model is copied page by page into the temporary file
+    // that then replaces the target.
     std::string reason;
-    if (!WriteFileAtomically(CFileSystem::Default(), target, image, static_cast<std::size_t>(size), &reason))
-        return Fail(reason);
+    const auto copy = [this](vrn::CTemporaryFile& file, std::string* why) {
+        return vrn::CopyDatabase(m_pDb->Handle(), file, why);
+    };
+    if (!WriteFileAtomically(CFileSystem::Default(), target, copy, &reason)) return Fail(reason);
     m_lastError.clear();
     return 1;
 }

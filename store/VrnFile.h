@@ -1,6 +1,7 @@
-// CVrnFile: the model file. The model is built in memory (an in-memory SQLite
-// database holding every row table and manager table) and written to disk only
-// by Save, as one atomic replacement of the target file.
+// CVrnFile: the model file. The model is built in SQLite's temporary database
+// (every row table and manager table, in a bounded cache that spills to a
+// private temporary file) and written to its target only by Save, as one
+// atomic replacement of the target file.
 //
 // Open loads an existing model file into memory so that the managers, when
 // initialised for an opened file, continue its name space, object types, keys

@@ -3,6 +3,7 @@
 // of making the temporary file (without a name, and named where a file
 // system has no unnamed files).
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,6 +20,7 @@
 #include "ModelFileReader.h"
 #include "store/AtomicFile.h"
 #include "store/FileSystem.h"
+#include "store/ModelCopy.h"
 
 using vrn::CFileSystem;
 using vrn::DirectoryOf;
@@ -90,9 +92,12 @@ public:
         if (const int error = Fault(EStep::kSetMode)) return error;
         return m_real.SetMode(fd, mode);
     }
-    int Write(int fd, const void* data, std::size_t size, std::size_t* written) override {
+    int Write(int fd, const void* data, std::size_t size, std::uint64_t offset, std::size_t* written) override {
         if (const int error = Fault(EStep::kWrite)) return error;
-        return m_real.Write(fd, data, std::min(size, m_writeLimit), written);
+        return m_real.Write(fd, data, std::min(size, m_writeLimit), offset, written);
+    }
+    int Read(int fd, void* data, std::size_t size, std::uint64_t offset, std::size_t* read) override {
+        return m_real.Read(fd, data, size, offset, read);
     }
     int Sync(int fd) override {
         if (const int error = Fault(EStep::kSync)) return error;
@@ -459,6 +464,64 @@ TEST_F(AtomicFileTest, NamingGivesUpWhenEveryNameIsTaken) {
     EXPECT_GE(names.size(), 100u);
     EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size()) << "a name was tried twice";
     ExpectPreviousKept();
+}
+
+// A database copied page by page into the temporary file (the model's save):
+// the copy is the same database, and a write the file system refuses fails
+// the save with the file system's reason, leaving the previous file.
+class DatabaseCopyTest : public AtomicFileTest {
+protected:
+    void SetUp() override {
+        AtomicFileTest::SetUp();
+        ASSERT_EQ(sqlite3_open(":memory:", &m_source), SQLITE_OK);
+        // About 3 MiB: more pages than the copy's cache of 2 MiB holds, so
+        // that it writes while it copies, not only at its end.
+        ASSERT_EQ(sqlite3_exec(m_source,
+                               "CREATE TABLE t (n INTEGER, text TEXT);"
+                               "WITH RECURSIVE s(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM s WHERE n < 3000)"
+                               " INSERT INTO t SELECT n, printf('%.1000c', 'a') || n FROM s",
+                               nullptr, nullptr, nullptr),
+                  SQLITE_OK);
+    }
+    void TearDown() override {
+        sqlite3_close(m_source);
+        AtomicFileTest::TearDown();
+    }
+    bool Copy(CFaultyFileSystem& fs, std::string* reason) {
+        const auto copy = [this](vrn::CTemporaryFile& file, std::string* why) {
+            return vrn::CopyDatabase(m_source, file, why);
+        };
+        return WriteFileAtomically(fs, m_target, copy, reason);
+    }
+
+    sqlite3* m_source = nullptr;
+};
+
+TEST_F(DatabaseCopyTest, TheCopyIsTheSameDatabase) {
+    PlacePrevious();
+    CFaultyFileSystem fs;
+    std::string reason;
+    ASSERT_TRUE(Copy(fs, &reason)) << reason;
+    EXPECT_GT(fs.Calls(EStep::kWrite), 700) << "written a page at a time";
+    CModelFileReader reader(m_target);
+    EXPECT_EQ(reader.Scalar("PRAGMA integrity_check"), "ok");
+    EXPECT_EQ(reader.Scalar("SELECT count(*) || ' ' || sum(n) || ' ' || sum(length(text)) FROM t"),
+              "3000 4501500 3010893");
+    EXPECT_EQ(PermissionsOf(m_target), 0640u);
+    EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"model.vrn"});
+}
+
+TEST_F(DatabaseCopyTest, ARefusedWriteFailsTheCopyWithTheFileSystemsReason) {
+    for (const int nth : {1, 2, 500}) {
+        SCOPED_TRACE(nth);
+        PlacePrevious();
+        CFaultyFileSystem fs;
+        fs.FailCall(EStep::kWrite, ENOSPC, nth);
+        std::string reason;
+        EXPECT_FALSE(Copy(fs, &reason));
+        EXPECT_EQ(reason, ReasonFor(ENOSPC));
+        ExpectPreviousKept();
+    }
 }
 
 TEST(AtomicFileNamesTest, TheDirectoryOfAPath) {

@@ -266,22 +266,40 @@ TEST_F(ModelFileTest, RowsWrittenAfterAnOpenContinueTheRowSequence) {
 
 }  // namespace
 
-// The model in memory is the image of the file it becomes; its growth is
-// bounded by the machine, not by SQLite's default of 1 GiB for such images
-// (about 450,000 tables), and a save writes that image as it stands.
-TEST(ModelImageTest, GrowsPastTheDefaultLimitAndIsSavedWithoutACopy) {
-    vrn::CStoreDb db;
-    ASSERT_TRUE(db.IsOpen());
-    sqlite3_int64 limit = -1;  // asks for the current limit
-    ASSERT_EQ(sqlite3_file_control(db.Handle(), "main", SQLITE_FCNTL_SIZE_LIMIT, &limit), SQLITE_OK);
-    EXPECT_GE(limit, sqlite3_int64(1) << 40);
+// A model larger than its page cache spills to its temporary file and is
+// saved whole from there: its rows never all sit in memory, and it can be
+// saved again.
+TEST_F(ModelFileTest, AModelLargerThanItsCacheIsSavedWhole) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(34, nullptr), 1);
+    const unsigned long entity = builder.AddEntity("NOTES", "APP", 0, 0);
+    const std::string text(64 * 1024, 'x');
+    constexpr int kColumns = 200;  // 12.5 MiB of definitions
+    for (int i = 0; i < kColumns; ++i) {
+        const std::string name = "C" + std::to_string(i);
+        const unsigned long id = builder.AddAttribute(entity, name.c_str(), "varchar", 10, -1, 1, 0);
+        ASSERT_EQ(builder.SetAttributeStringProperty(id, 2, (text + name).c_str()), 1);
+    }
+    const std::string first = m_dir.File("first.vrn");
+    builder.SaveToFile(first.c_str());
+    ASSERT_STREQ(builder.GetVrnFile()->GetLastError(), "");
 
-    ASSERT_TRUE(db.Exec("CREATE TABLE t (x); INSERT INTO t VALUES (42)"));
-    std::int64_t size = 0;
-    const unsigned char* image = db.Image(&size);
-    ASSERT_NE(image, nullptr);
-    EXPECT_EQ(size % 4096, 0);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(image), 15), "SQLite format 3");
-    std::int64_t again = 0;
-    EXPECT_EQ(db.Image(&again), image) << "a second save must not copy the model";
+    int used = 0;
+    int highest = 0;
+    ASSERT_EQ(sqlite3_db_status(builder.GetVrnFile()->GetDb().Handle(), SQLITE_DBSTATUS_CACHE_USED, &used, &highest, 0),
+              SQLITE_OK);
+    EXPECT_LT(used, 10 << 20) << "the model's rows are all held in memory";
+
+    const std::string second = m_dir.File("second.vrn");
+    builder.SaveToFile(second.c_str());
+    ASSERT_STREQ(builder.GetVrnFile()->GetLastError(), "");
+    for (const std::string& path : {first, second}) {
+        CModelFileReader reader(path);
+        if (path == first) {
+            EXPECT_EQ(reader.Scalar("SELECT count(*) FROM Attribute WHERE length(definition) > 65536"), "200");
+        }
+        EXPECT_EQ(reader.Scalar("SELECT substr(definition, 65537) FROM Attribute ORDER BY row_seq DESC LIMIT 1"),
+                  "C199");
+        EXPECT_EQ(reader.Scalar("PRAGMA integrity_check"), "ok");
+    }
 }
