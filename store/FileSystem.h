@@ -26,13 +26,14 @@ public:
     // The real file system. It holds no state and lives as long as the process.
     static CFileSystem& Default();
 
-    // Makes a file without a name in `directory`, open for reading and writing with mode
-    // 0600, and sets *fd. Closing it before LinkUnnamed discards it. A file
-    // system without such files answers EOPNOTSUPP, an older kernel EISDIR.
+    // Makes a file without a name in `directory`, open for reading and
+    // writing with mode 0600, and sets *fd. Closing it before LinkUnnamed
+    // discards it. A file system without such files answers EOPNOTSUPP, an
+    // older kernel EISDIR.
     virtual int CreateUnnamed(const std::string& directory, int* fd) = 0;
-    // Makes a new file, open for reading and writing with mode 0600, whose name is
-    // `nameTemplate` with its last six characters ("XXXXXX") replaced so that
-    // the name was not taken, and sets *name and *fd.
+    // Makes a new file, open for reading and writing with mode 0600, whose
+    // name is `nameTemplate` with its last six characters ("XXXXXX") replaced
+    // so that the name was not taken, and sets *name and *fd.
     virtual int CreateTemporary(const std::string& nameTemplate, std::string* name, int* fd) = 0;
     // Gives the unnamed file open as `fd` the name `name`: EEXIST when taken.
     virtual int LinkUnnamed(int fd, const std::string& name) = 0;

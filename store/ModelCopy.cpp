@@ -48,7 +48,9 @@ int Write(sqlite3_file* file, const void* data, int amount, sqlite3_int64 offset
 }
 
 // A fresh file only grows; the copy never has more pages than the model.
-int Truncate(sqlite3_file* file, sqlite3_int64 size) { return size >= Of(file)->size ? SQLITE_OK : SQLITE_IOERR_TRUNCATE; }
+int Truncate(sqlite3_file* file, sqlite3_int64 size) {
+    return size >= Of(file)->size ? SQLITE_OK : SQLITE_IOERR_TRUNCATE;
+}
 
 // The save syncs the whole file once it is complete.
 int Sync(sqlite3_file*, int) { return SQLITE_OK; }
@@ -110,7 +112,7 @@ int Sleep(sqlite3_vfs*, int microseconds) { return DefaultVfs()->xSleep(DefaultV
 int CurrentTime(sqlite3_vfs*, double* now) { return DefaultVfs()->xCurrentTime(DefaultVfs(), now); }
 int GetLastError(sqlite3_vfs*, int, char*) { return 0; }
 
-sqlite3_vfs* CopyVfs() {
+void RegisterCopyVfs() {
     static sqlite3_vfs vfs = {
         1,                              // iVersion
         static_cast<int>(sizeof(CCopyFile)),
@@ -125,13 +127,12 @@ sqlite3_vfs* CopyVfs() {
     };
     static std::once_flag registered;
     std::call_once(registered, [] { sqlite3_vfs_register(&vfs, 0); });
-    return &vfs;
 }
 
 }  // namespace
 
 bool CopyDatabase(sqlite3* source, CTemporaryFile& file, std::string* why) {
-    CopyVfs();
+    RegisterCopyVfs();
     sqlite3* copy = nullptr;
     t_openingFile = &file;
     int rc = sqlite3_open_v2("model", &copy, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX,
