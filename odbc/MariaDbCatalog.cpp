@@ -25,11 +25,11 @@ std::string Where(const COdbcOptions& options, const std::string& schema, const 
     return where;
 }
 
-int DeleteAction(const std::string& rule) {
+int DeleteActionOfRule(const std::string& rule) {
     return rule == "CASCADE" ? kOnDeleteCascade : rule == "RESTRICT" ? kOnDeleteRestrict
                                                 : rule == "SET NULL" ? kOnDeleteSetNull : 0;
 }
-int UpdateAction(const std::string& rule) {
+int UpdateActionOfRule(const std::string& rule) {
     return rule == "CASCADE" ? kOnUpdateCascade : rule == "RESTRICT" ? kOnUpdateRestrict : 0;
 }
 
@@ -76,7 +76,7 @@ bool ReadMariaDbCatalog(COdbcConnection& connection, const COdbcOptions& options
     CForeignKeyRows keys;
     while (rows->Next())
         keys.Add(rows->Text(1), rows->Text(2), rows->Text(3), Name(rows->Text(4), rows->Text(5)),
-                 DeleteAction(rows->Text(8)), UpdateAction(rows->Text(9)), rows->Text(6), rows->Text(7));
+                 DeleteActionOfRule(rows->Text(8)), UpdateActionOfRule(rows->Text(9)), rows->Text(6), rows->Text(7));
     if (!ended(*rows)) return false;
     keys.MoveTo(parts);
 

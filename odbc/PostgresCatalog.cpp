@@ -27,10 +27,10 @@ std::string Where(const COdbcOptions& options, const char* relation) {
     return where;
 }
 
-int DeleteAction(const std::string& code) {
+int DeleteActionOfCode(const std::string& code) {
     return code == "c" ? kOnDeleteCascade : code == "r" ? kOnDeleteRestrict : code == "n" ? kOnDeleteSetNull : 0;
 }
-int UpdateAction(const std::string& code) { return code == "c" ? kOnUpdateCascade : code == "r" ? kOnUpdateRestrict : 0; }
+int UpdateActionOfCode(const std::string& code) { return code == "c" ? kOnUpdateCascade : code == "r" ? kOnUpdateRestrict : 0; }
 
 }  // namespace
 
@@ -79,7 +79,7 @@ bool ReadPostgresCatalog(COdbcConnection& connection, const COdbcOptions& option
     CForeignKeyRows keys;
     while (rows->Next())
         keys.Add(rows->Text(1), rows->Text(2), rows->Text(3), Name(rows->Text(4), rows->Text(5)),
-                 DeleteAction(rows->Text(8)), UpdateAction(rows->Text(9)), rows->Text(6), rows->Text(7));
+                 DeleteActionOfCode(rows->Text(8)), UpdateActionOfCode(rows->Text(9)), rows->Text(6), rows->Text(7));
     if (!rows->Error().empty()) {
         why = rows->Error();
         return false;
