@@ -1,11 +1,16 @@
-// Model comparison: models built through the builder and read back, then
-// changed one thing at a time (through the builder or in the read
-// structures). Equal models give no change whatever their keys, row order
-// and letter case; each change is reported once, exactly, in a stable order;
-// each switch leaves out its own kind and no other.
+// The sales model, built through the builder and read back: every field of
+// every kind comes back as the builder was told it, and copies of shared
+// migrated columns are told apart from the columns they copy.
+//
+// Then model comparison: the model changed one thing at a time (through the
+// builder or in the read structures). Equal models give no change whatever
+// their keys, row order and letter case; each change is reported once,
+// exactly, in a stable order; each switch leaves out its own kind and no other.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cctype>
 #include <functional>
 #include <stdexcept>
@@ -34,16 +39,23 @@ struct CBuild {
     bool upper = false;
 };
 
-// Two tables that between them use every kind of object the comparison knows.
-void BuildSales(CVrnAPI& b, const CBuild& how) {
+// The builder's keys of the objects whose keys the reader must give back.
+struct CSalesKeys {
+    unsigned long zero = 0, positive = 0, customer = 0, oldPartition = 0;
+};
+
+// Two tables that between them use every kind of object the reader and the
+// comparison know.
+void BuildSales(CVrnAPI& b, const CBuild& how, CSalesKeys* keys = nullptr) {
+    CSalesKeys made;
     const auto n = [&](const char* name) { return how.upper ? Upper(name) : std::string(name); };
     const auto inOrder = [&](std::vector<std::function<void()>> steps) {
         if (how.reversed) std::reverse(steps.begin(), steps.end());
         for (const auto& step : steps) step();
     };
     ASSERT_EQ(b.Initialize(41, nullptr), 1);
-    inOrder({[&] { b.AddDefault(n("df_zero").c_str(), "0", nullptr); },
-             [&] { b.AddRule(n("r_positive").c_str(), "@v > 0", nullptr); },
+    inOrder({[&] { made.zero = b.AddDefault(n("df_zero").c_str(), "0", nullptr); },
+             [&] { made.positive = b.AddRule(n("r_positive").c_str(), "@v > 0", nullptr); },
              [&] { b.AddUserType(n("flag").c_str(), "char(1)"); },
              [&] { b.AddUserType(n("zipcode").c_str(), "char(5)"); }});
     b.BindRule(n("r_positive").c_str(), n("zipcode").c_str());
@@ -51,12 +63,15 @@ void BuildSales(CVrnAPI& b, const CBuild& how) {
     unsigned long customer = 0, invoice = 0;
     const auto addCustomer = [&] {
         customer = b.AddEntity(n("customer").c_str(), n("sales").c_str(), 0, 0);
+        b.SetEntityStringProperty(customer, 2, "who buys");  // definition
         b.SetEntityStringProperty(customer, 15, "PRIMARY");
         b.SetEntityProperty(customer, 16, 8);  // storage parameter slot 3
         b.SetEntityProperty(customer, 28, 1);  // logging
         const unsigned long id = b.AddAttribute(customer, n("id").c_str(), "int", -1, -1, 0, 0);
         b.SetAttributeProperty(id, 82, 1);  // identity
-        b.AddAttribute(customer, n("name").c_str(), "nvarchar", 80, -1, 0, 0);
+        const unsigned long name = b.AddAttribute(customer, n("name").c_str(), "nvarchar", 80, -1, 0, 0);
+        b.SetAttributeStringProperty(name, 2, "as printed on invoices");
+        b.SetAttributeStringProperty(name, 11, "len(name) > 0");
         const unsigned long zip = b.AddAttribute(customer, n("zip").c_str(), n("zipcode").c_str(), -1, -1, 1, 0);
         b.SetAttributeStringProperty(zip, 9, "'00000'");
         b.AddAttribute(customer, n("balance").c_str(), "numeric", 10, 2, 1, 0);
@@ -73,6 +88,7 @@ void BuildSales(CVrnAPI& b, const CBuild& how) {
                  [&] {
                      const unsigned long byZip = b.AddIndex(customer, n("ix_customer_zip").c_str());
                      b.AddIndexColumn(byZip, n("zip").c_str(), 0, 0);
+                     b.SetIndexProperty(byZip, 40, 1);  // clustered
                      const unsigned long part = b.AddIndexPartition(byZip, n("ip_zip").c_str());
                      b.SetPartitionStringProperty(part, 54, "'5'");
                  },
@@ -82,8 +98,8 @@ void BuildSales(CVrnAPI& b, const CBuild& how) {
                      b.AddIndexColumn(byBalance, n("balance").c_str(), 0, 0);
                      b.AddIndexColumn(byBalance, n("id").c_str(), 0, 0);
                  }});
-        const unsigned long old = b.AddTablePartition(customer, n("p_old").c_str());
-        b.SetPartitionStringProperty(old, 54, "100");
+        made.oldPartition = b.AddTablePartition(customer, n("p_old").c_str());
+        b.SetPartitionStringProperty(made.oldPartition, 54, "100");
         b.AddTablePartitionColumn(customer, n("balance").c_str(), 0);
     };
     const auto addInvoice = [&] {
@@ -114,7 +130,10 @@ void BuildSales(CVrnAPI& b, const CBuild& how) {
                  b.AddPackage(n("pk_billing").c_str(), n("sales").c_str(), "package pk_billing is end;", false);
                  b.AddPackage(n("pk_billing").c_str(), n("sales").c_str(), "package body pk_billing is end;", true);
              },
-             [&] { b.AddStorageObject(n("SG1").c_str(), n("sys").c_str(), "CREATE STOGROUP SG1", 1); }});
+             [&] { b.AddStorageObject(n("SG1").c_str(), n("sys").c_str(), "CREATE STOGROUP SG1", 1); },
+             [&] { b.AddReferencedObject(1, 2, 3, 4, 40); }});
+    made.customer = customer;
+    if (keys) *keys = made;
 }
 
 CModel Read(const std::function<void(CVrnAPI&)>& build) {
@@ -160,24 +179,22 @@ std::vector<std::string> ChangesAfter(const std::function<void(CModel&)>& edit, 
     return Lines(CompareModels(Sales(), after, options));
 }
 
-// Lookups by name in the read structures, to change them.
-template <class Model>
-auto& TableOf(Model& model, const std::string& name) {
-    for (auto& table : model.tables)
-        if (SameText(table.name, name)) return table;
-    throw std::runtime_error("no table " + name);
+// Lookups by name, whatever its letter case, in the read structures, to change them.
+template <class Objects>
+auto& Named(Objects& objects, const std::string& name) {
+    for (auto& object : objects)
+        if (SameText(object.name, name)) return object;
+    throw std::runtime_error("nothing named " + name);
 }
 template <class Model>
+auto& TableOf(Model& model, const std::string& name) { return Named(model.tables, name); }
+template <class Model>
 auto& ColumnOf(Model& model, const std::string& table, const std::string& name) {
-    for (auto& column : TableOf(model, table).columns)
-        if (SameText(column.name, name)) return column;
-    throw std::runtime_error("no column " + name);
+    return Named(TableOf(model, table).columns, name);
 }
 template <class Model>
 auto& IndexOf(Model& model, const std::string& table, const std::string& name) {
-    for (auto& index : TableOf(model, table).indexes)
-        if (SameText(index.name, name)) return index;
-    throw std::runtime_error("no index " + name);
+    return Named(TableOf(model, table).indexes, name);
 }
 // The index the builder named itself: the one on two columns.
 template <class Model>
@@ -186,26 +203,227 @@ auto& UnnamedIndex(Model& model) {
         if (index.columns.size() == 2) return index;
     throw std::runtime_error("no index on two columns");
 }
-CModelForeignKey& ForeignKeyOf(CModel& model, const std::string& name) {
-    for (CModelForeignKey& foreignKey : model.foreignKeys)
-        if (SameText(foreignKey.name, name)) return foreignKey;
-    throw std::runtime_error("no foreign key " + name);
-}
 CModelCheck& CheckOf(CModel& model, const std::string& text) {
     for (CModelCheck& check : model.checks)
         if (check.text == text) return check;
     throw std::runtime_error("no check " + text);
 }
-CModelPartition& PartitionOf(CModel& model, const std::string& name) {
-    for (CModelPartition& partition : model.partitions)
-        if (SameText(partition.name, name)) return partition;
-    throw std::runtime_error("no partition " + name);
+
+// ---------------------------------------------------------------------------
+// Read back
+
+class ReadBackTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        AfxSetResourceString(kHostTextProductName, "reader test");
+        m_model = Read([&](CVrnAPI& b) { BuildSales(b, {}, &m_keys); });
+    }
+    void TearDown() override { AfxSetResourceString(kHostTextProductName, nullptr); }
+
+    CSalesKeys m_keys;
+    CModel m_model;
+};
+
+TEST_F(ReadBackTest, TheModelItselfAndItsTablesWithTheirStorage) {
+    EXPECT_EQ(m_model.formatVersion, CVrnFile::kFormatVersion);
+    EXPECT_TRUE(m_model.hasPlatform);
+    EXPECT_EQ(m_model.platform, 41);
+    EXPECT_EQ(m_model.product, "reader test");
+    EXPECT_EQ(m_model.created.size(), 19u);  // YYYY-MM-DD HH:MM:SS
+    ASSERT_EQ(m_model.tables.size(), 2u);
+    const CModelTable& customer = TableOf(m_model, "customer");
+    EXPECT_EQ(customer.key, m_keys.customer);
+    EXPECT_EQ(customer.owner, "sales");
+    EXPECT_EQ(customer.definition, "who buys");
+    EXPECT_EQ(customer.storageSpace, "PRIMARY");
+    EXPECT_EQ(customer.storageParams[2], 8);  // code 16 fills slot 3
+    EXPECT_EQ(customer.storageParams[0], -1);
+    EXPECT_EQ(Named(customer.properties, "Logging").value, "LOGGING");
 }
-template <class T>
-T& Named(std::vector<T>& objects, const std::string& name) {
-    for (T& object : objects)
-        if (SameText(object.name, name)) return object;
-    throw std::runtime_error("nothing named " + name);
+
+TEST_F(ReadBackTest, ColumnsInOrderWithEveryField) {
+    const CModelTable& customer = TableOf(m_model, "customer");
+    std::vector<std::string> names;
+    for (const CModelColumn& column : customer.columns) names.push_back(column.name);
+    EXPECT_EQ(names, (std::vector<std::string>{"id", "name", "zip", "balance"}));
+
+    const CModelColumn& id = ColumnOf(m_model, "customer", "id");
+    EXPECT_EQ(id.datatype, "INT");
+    EXPECT_FALSE(id.nullable);
+    EXPECT_TRUE(id.inPrimaryKey);
+    EXPECT_TRUE(id.identity);
+    const CModelColumn& name = ColumnOf(m_model, "customer", "name");
+    EXPECT_EQ(name.datatype, "VAN");
+    EXPECT_EQ(name.width, 80);
+    EXPECT_EQ(name.attributeName, "name");
+    EXPECT_EQ(name.definition, "as printed on invoices");
+    EXPECT_EQ(name.checkText, "len(name) > 0");
+    EXPECT_EQ(name.attributeNo, 2u);
+    EXPECT_NE(name.attributeId, 0u);
+    EXPECT_FALSE(name.inPrimaryKey);
+    EXPECT_FALSE(name.identity);
+    const CModelColumn& zip = ColumnOf(m_model, "customer", "zip");
+    EXPECT_EQ(zip.userDatatype, "zipcode");
+    EXPECT_TRUE(zip.nullable);
+    EXPECT_EQ(zip.defaultText, "'00000'");
+    const CModelColumn& balance = ColumnOf(m_model, "customer", "balance");
+    EXPECT_EQ(balance.datatype, "NUM");
+    EXPECT_EQ(balance.width, 10);
+    EXPECT_EQ(balance.scale, 2);
+    EXPECT_EQ(balance.defaultId, m_keys.zero);
+}
+
+TEST_F(ReadBackTest, KeysAndIndexesWithColumnsAndSortOrder) {
+    const CModelTable& customer = TableOf(m_model, "customer");
+    ASSERT_EQ(customer.primaryKey, 0);
+    ASSERT_EQ(customer.indexes.size(), 4u);
+    const CModelIndex& primary = customer.indexes[0];
+    EXPECT_EQ(primary.keyType, 'P');
+    EXPECT_EQ(primary.name, "pk_customer");
+    ASSERT_EQ(primary.columns.size(), 1u);
+    EXPECT_EQ(primary.columns[0].name, "id");
+    const CModelIndex& byName = customer.indexes[1];
+    EXPECT_EQ(byName.name, "ux_customer_name");
+    EXPECT_EQ(byName.keyType, 'A');
+    EXPECT_TRUE(byName.unique);
+    EXPECT_FALSE(byName.clustered);
+    EXPECT_EQ(byName.storageSpace, "INDEXES");
+    EXPECT_EQ(byName.storageParams[0], 12);  // code 41 fills slot 1
+    ASSERT_EQ(byName.columns.size(), 1u);
+    EXPECT_TRUE(byName.columns[0].descending);
+    const CModelIndex& byZip = customer.indexes[2];
+    EXPECT_EQ(byZip.keyType, 'I');
+    EXPECT_FALSE(byZip.unique);
+    EXPECT_TRUE(byZip.clustered);
+    EXPECT_FALSE(byZip.columns[0].descending);
+    ASSERT_EQ(byZip.partitions.size(), 1u);
+    EXPECT_EQ(m_model.partitions[byZip.partitions[0]].name, "ip_zip");
+    EXPECT_TRUE(m_model.partitions[byZip.partitions[0]].ofIndex);
+}
+
+TEST_F(ReadBackTest, ForeignKeysWithPairsActionsAndTheCopiesTheyUse) {
+    const CModelTable& invoice = TableOf(m_model, "invoice");
+    ASSERT_EQ(m_model.foreignKeys.size(), 2u);
+    const CModelForeignKey& paidBy = m_model.foreignKeys[0];
+    EXPECT_EQ(paidBy.name, "fk_paid_by");
+    EXPECT_EQ(m_model.tables[paidBy.parentTable].name, "customer");
+    EXPECT_EQ(m_model.tables[paidBy.childTable].name, "invoice");
+    EXPECT_FALSE(paidBy.identifying);
+    EXPECT_TRUE(paidBy.optional);
+    EXPECT_EQ(paidBy.onDelete, 'C');
+    EXPECT_EQ(paidBy.onUpdate, 'R');
+    ASSERT_EQ(paidBy.pairs.size(), 1u);
+    EXPECT_EQ(paidBy.pairs[0].parentColumn, "id");
+    EXPECT_EQ(paidBy.pairs[0].childColumn, "payer_id");
+    EXPECT_EQ(m_model.foreignKeys[1].onDelete, 'N');
+
+    // The physical table has payer_id once; the second relationship uses a
+    // copy of it, and the column lists both relationships.
+    EXPECT_EQ(invoice.columns.size(), 3u);
+    ASSERT_EQ(invoice.copies.size(), 1u);
+    const CModelColumn& payer = ColumnOf(m_model, "invoice", "payer_id");
+    EXPECT_EQ(payer.foreignKeys, (std::vector<int>{0, 1}));
+    EXPECT_TRUE(invoice.copies[0].isCopy);
+    EXPECT_EQ(invoice.copies[0].copyOf, payer.attributeNo);
+    EXPECT_EQ(invoice.copies[0].copyFor, 1);
+    EXPECT_EQ(invoice.foreignKeys, (std::vector<int>{0, 1}));
+    EXPECT_EQ(TableOf(m_model, "customer").referencedBy, (std::vector<int>{0, 1}));
+}
+
+TEST_F(ReadBackTest, ChecksDefaultsRulesUserDatatypesAndBindings) {
+    ASSERT_EQ(m_model.checks.size(), 2u);
+    EXPECT_EQ(m_model.checks[0].name, "ck_total");
+    EXPECT_EQ(m_model.checks[0].text, "total >= 0");
+    EXPECT_EQ(m_model.checks[0].column, "total");
+    EXPECT_EQ(m_model.checks[1].column, "");
+    EXPECT_EQ(TableOf(m_model, "invoice").checks, (std::vector<int>{0, 1}));
+    ASSERT_EQ(m_model.defaults.size(), 1u);
+    EXPECT_EQ(m_model.defaults[0].name, "df_zero");
+    EXPECT_EQ(m_model.defaults[0].text, "0");
+    ASSERT_EQ(m_model.rules.size(), 1u);
+    EXPECT_EQ(m_model.rules[0].text, "@v > 0");
+    ASSERT_EQ(m_model.userDatatypes.size(), 2u);
+    const CModelUserDatatype& zipcode = Named(m_model.userDatatypes, "zipcode");
+    EXPECT_EQ(zipcode.datatype, "CH");
+    EXPECT_EQ(zipcode.length, 5);
+    EXPECT_EQ(zipcode.ruleId, m_keys.positive);
+}
+
+TEST_F(ReadBackTest, CodeObjectsWithTheirWholeTextAndPartitions) {
+    ASSERT_EQ(m_model.triggers.size(), 1u);
+    EXPECT_EQ(m_model.triggers[0].name, "tr_invoice");
+    EXPECT_EQ(m_model.triggers[0].kind, 2);
+    EXPECT_EQ(m_model.tables[m_model.triggers[0].table].name, "invoice");
+    EXPECT_EQ(m_model.triggers[0].text, "create trigger tr_invoice ...");
+    ASSERT_EQ(m_model.procedures.size(), 1u);
+    EXPECT_EQ(m_model.procedures[0].owner, "sales");
+    EXPECT_EQ(m_model.procedures[0].text, "create procedure p_close\nas ...");
+    ASSERT_EQ(m_model.packages.size(), 1u);
+    EXPECT_EQ(m_model.packages[0].text, "package pk_billing is end;");
+    EXPECT_EQ(m_model.packages[0].body, "package body pk_billing is end;");
+    ASSERT_EQ(m_model.storageObjects.size(), 1u);
+    EXPECT_EQ(m_model.storageObjects[0].kind, 1);
+    EXPECT_EQ(m_model.storageObjects[0].text, "CREATE STOGROUP SG1");
+    ASSERT_EQ(m_model.referencedObjects.size(), 1u);
+    EXPECT_EQ(m_model.referencedObjects[0].values, (std::array<std::uint32_t, 4>{1, 2, 3, 4}));
+    EXPECT_NE(m_model.referencedObjects[0].metaTableKey, 0u);
+
+    ASSERT_EQ(m_model.partitions.size(), 2u);
+    const CModelTable& customer = TableOf(m_model, "customer");
+    ASSERT_EQ(customer.partitions.size(), 1u);  // the index's partition is listed by the index
+    const CModelPartition& partition = m_model.partitions[customer.partitions[0]];
+    EXPECT_EQ(partition.name, "p_old");
+    EXPECT_FALSE(partition.ofIndex);
+    EXPECT_EQ(partition.key, m_keys.oldPartition);
+    ASSERT_EQ(partition.properties.size(), 1u);
+    EXPECT_EQ(partition.properties[0].name, "Partition Limit");
+    EXPECT_EQ(partition.properties[0].text, "100");
+}
+
+TEST_F(ReadBackTest, AModelSavedAgainReadsAsItWasLastSaved) {
+    // Every save writes the rows again: the last row of each object counts,
+    // and nothing is read twice.
+    CScratchDir dir;
+    const CModel model = Read([&](CVrnAPI& b) {
+        CSalesKeys keys;
+        BuildSales(b, {}, &keys);
+        b.SaveToFile(dir.File("first.vrn").c_str());
+        const unsigned long name = b.FindAttribute(keys.customer, "name");
+        b.SetAttributeProperty(name, 6, 99);  // width
+        b.SetAttributeProperty(name, 8, 1);   // nullable
+    });
+    const CModelTable& customer = TableOf(model, "customer");
+    EXPECT_EQ(customer.columns.size(), 4u);
+    EXPECT_EQ(ColumnOf(model, "customer", "name").width, 99);
+    EXPECT_TRUE(ColumnOf(model, "customer", "name").nullable);
+    ASSERT_EQ(customer.indexes.size(), 4u);
+    EXPECT_EQ(customer.indexes[1].columns.size(), 1u);
+    EXPECT_EQ(model.checks.size(), 2u);
+    EXPECT_EQ(TableOf(model, "invoice").checks.size(), 2u);
+    EXPECT_EQ(model.triggers.size(), 1u);
+    EXPECT_EQ(model.procedures.size(), 1u);
+    EXPECT_EQ(model.packages.size(), 1u);
+    EXPECT_EQ(model.foreignKeys.size(), 2u);
+    EXPECT_EQ(model.foreignKeys[0].pairs.size(), 1u);
+    EXPECT_EQ(TableOf(model, "invoice").copies.size(), 1u);
+}
+
+TEST(ReadBackOldFileTest, AVersion1FileKeepsItsPackages) {
+    CScratchDir dir;
+    const std::string path = dir.File("old.vrn");
+    {
+        CVrnAPI builder;
+        BuildSales(builder, {});
+        builder.SaveToFile(path.c_str());
+    }
+    ExecOnFile(path, "ALTER TABLE DbPackage RENAME COLUMN header_text TO spec_text; "
+                     "UPDATE FileInfo SET value = '1' WHERE name = 'format_version'");
+    CModel model;
+    std::string error;
+    ASSERT_TRUE(ReadModelFile(path, model, error)) << error;
+    EXPECT_EQ(model.formatVersion, 1);
+    ASSERT_EQ(model.packages.size(), 1u);
+    EXPECT_EQ(model.packages[0].text, "package pk_billing is end;");
 }
 
 // ---------------------------------------------------------------------------
@@ -322,7 +540,7 @@ TEST(CompareTablesTest, KeysAndChecksOfNoTableAreComparedApart) {
     // A file may name a child table it does not hold: such keys and checks
     // are compared with each other, after the tables.
     CModel loose = Sales();
-    ForeignKeyOf(loose, "fk_billed_to").childTable = -1;
+    Named(loose.foreignKeys, "fk_billed_to").childTable = -1;
     CheckOf(loose, "no > 0").table = -1;
     TableOf(loose, "invoice").foreignKeys = {0};
     TableOf(loose, "invoice").checks = {0};
@@ -333,7 +551,7 @@ TEST(CompareTablesTest, KeysAndChecksOfNoTableAreComparedApart) {
                                         "Dropped|check constraint (no > 0) of sales.invoice|||",
                                         "Added|foreign key fk_billed_to|||", "Added|check constraint (no > 0)|||"}));
     CModel changed = loose;
-    ForeignKeyOf(changed, "fk_billed_to").onUpdate = 'C';
+    Named(changed.foreignKeys, "fk_billed_to").onUpdate = 'C';
     EXPECT_EQ(Lines(CompareModels(loose, changed)),
               std::vector<std::string>{"Changed|foreign key fk_billed_to|on update|none|cascade"});
 }
@@ -477,7 +695,7 @@ TEST(CompareKeysTest, IndexStorageAndProperties) {
 TEST(CompareForeignKeysTest, MatchedByTablesAndColumnsNotByName) {
     const std::string paidBy = "foreign key fk_paid_by of sales.invoice";
     EXPECT_EQ(ChangesAfter([](CModel& m) {
-                  CModelForeignKey& key = ForeignKeyOf(m, "fk_paid_by");
+                  CModelForeignKey& key = Named(m.foreignKeys, "fk_paid_by");
                   key.onDelete = 'S';
                   key.onUpdate = 'N';
                   key.identifying = true;
@@ -488,27 +706,27 @@ TEST(CompareForeignKeysTest, MatchedByTablesAndColumnsNotByName) {
                                         "Changed|" + paidBy + "|on delete|cascade|set null",
                                         "Changed|" + paidBy + "|on update|restrict|none"}));
     EXPECT_EQ(ChangesAfter([](CModel& m) {
-                  ForeignKeyOf(m, "fk_paid_by").name = "FK_PAID_BY";
-                  ForeignKeyOf(m, "fk_billed_to").name = "fk_billed";
+                  Named(m.foreignKeys, "fk_paid_by").name = "FK_PAID_BY";
+                  Named(m.foreignKeys, "fk_billed_to").name = "fk_billed";
               }),
               std::vector<std::string>{"Changed|foreign key fk_billed_to of sales.invoice|name|fk_billed_to|fk_billed"});
-    EXPECT_EQ(ChangesAfter([](CModel& m) { ForeignKeyOf(m, "fk_paid_by").pairs[0].parentColumn = "name"; }),
+    EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.foreignKeys, "fk_paid_by").pairs[0].parentColumn = "name"; }),
               std::vector<std::string>{"Changed|" + paidBy + "|parent columns|id|name"});
     // Other child columns, another key.
-    EXPECT_EQ(ChangesAfter([](CModel& m) { ForeignKeyOf(m, "fk_billed_to").pairs[0].childColumn = "total"; }),
+    EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.foreignKeys, "fk_billed_to").pairs[0].childColumn = "total"; }),
               (std::vector<std::string>{"Dropped|foreign key fk_billed_to of sales.invoice|||",
                                         "Added|foreign key fk_billed_to of sales.invoice|||"}));
     // Another parent table, another key.
-    EXPECT_EQ(ChangesAfter([](CModel& m) { ForeignKeyOf(m, "fk_billed_to").parentTable = 1; }),
+    EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.foreignKeys, "fk_billed_to").parentTable = 1; }),
               (std::vector<std::string>{"Dropped|foreign key fk_billed_to of sales.invoice|||",
                                         "Added|foreign key fk_billed_to of sales.invoice|||"}));
     EXPECT_EQ(ChangesAfter([](CModel& m) { TableOf(m, "invoice").foreignKeys.clear(); }),
               (std::vector<std::string>{"Dropped|" + paidBy + "|||", "Dropped|foreign key fk_billed_to of sales.invoice|||"}));
     // A name that goes is a change of the key; an unnamed key is named by its columns and parent.
-    EXPECT_EQ(ChangesAfter([](CModel& m) { ForeignKeyOf(m, "fk_billed_to").name.clear(); }),
+    EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.foreignKeys, "fk_billed_to").name.clear(); }),
               std::vector<std::string>{"Changed|foreign key fk_billed_to of sales.invoice|name|fk_billed_to|"});
     CModel unnamed = Sales();
-    ForeignKeyOf(unnamed, "fk_billed_to").name.clear();
+    Named(unnamed.foreignKeys, "fk_billed_to").name.clear();
     const std::vector<CModelChange> back = CompareModels(unnamed, Sales());
     ASSERT_EQ(back.size(), 1u);
     EXPECT_EQ(back[0].object, "foreign key (payer_id) of sales.invoice to sales.customer");
@@ -580,14 +798,14 @@ TEST(CompareCodeTest, TriggersProceduresAndPackagesByOwnerAndName) {
 
 TEST(ComparePartitionsTest, PartitionsOfTablesAndIndexesByName) {
     EXPECT_EQ(ChangesAfter([](CModel& m) {
-                  PartitionOf(m, "p_old").properties[0].text = "200";
-                  PartitionOf(m, "ip_zip").name = "ip_post";
+                  Named(m.partitions, "p_old").properties[0].text = "200";
+                  Named(m.partitions, "ip_zip").name = "ip_post";
               }),
               (std::vector<std::string>{"Dropped|table sales.customer index ix_customer_zip partition ip_zip|||",
                                         "Added|table sales.customer index ix_customer_zip partition ip_post|||",
                                         "Changed|table sales.customer partition p_old|property Partition Limit|Limit "
                                         "Values 100|Limit Values 200"}));
-    EXPECT_EQ(ChangesAfter([](CModel& m) { PartitionOf(m, "P_OLD").name = "P_OLD"; }), std::vector<std::string>());
+    EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.partitions, "P_OLD").name = "P_OLD"; }), std::vector<std::string>());
 }
 
 TEST(CompareStorageTest, TableStorageAndPropertiesAsSets) {
@@ -645,10 +863,10 @@ TEST(CompareOrderTest, TablesInBeforesOrderThenAddedWithEachTablesObjectsTogethe
     for (CModelCode& trigger : after.triggers) ++trigger.table;
     Named(after.procedures, "p_close").kind = 2;
     CheckOf(after, "no > 0").name = "ck_no";
-    ForeignKeyOf(after, "fk_paid_by").onDelete = 'N';
+    Named(after.foreignKeys, "fk_paid_by").onDelete = 'N';
     ColumnOf(after, "invoice", "total").width = 14;
     TableOf(after, "invoice").storageSpace = "DATA";
-    PartitionOf(after, "p_old").properties[0].text = "1";
+    Named(after.partitions, "p_old").properties[0].text = "1";
     ColumnOf(after, "customer", "name").width = 90;
     IndexOf(after, "customer", "ux_customer_name").clustered = true;
     EXPECT_EQ(Lines(CompareModels(Sales(), after)),
@@ -714,16 +932,16 @@ TEST(CompareOptionsTest, EachSwitchLeavesOutItsOwnKindOnly) {
         {"primary keys", &CCompareOptions::keysAndIndexes,
          [](CModel& m) { IndexOf(m, "customer", "pk_customer").clustered = true; }},
         {"dropped primary key", &CCompareOptions::keysAndIndexes, [](CModel& m) { TableOf(m, "invoice").primaryKey = -1; }},
-        {"foreign keys", &CCompareOptions::foreignKeys, [](CModel& m) { ForeignKeyOf(m, "fk_paid_by").onDelete = 'N'; }},
+        {"foreign keys", &CCompareOptions::foreignKeys, [](CModel& m) { Named(m.foreignKeys, "fk_paid_by").onDelete = 'N'; }},
         {"checks", &CCompareOptions::checks, [](CModel& m) { CheckOf(m, "total >= 0").name = "ck_other"; }},
         {"user datatypes", &CCompareOptions::userDatatypes,
          [](CModel& m) { Named(m.userDatatypes, "zipcode").length = 9; }},
         {"defaults", &CCompareOptions::userDatatypes, [](CModel& m) { Named(m.defaults, "df_zero").text = "1"; }},
         {"code", &CCompareOptions::code, [](CModel& m) { Named(m.procedures, "p_close").text = "drop"; }},
         {"triggers", &CCompareOptions::code, [](CModel& m) { m.triggers.clear(); }},
-        {"partitions", &CCompareOptions::partitions, [](CModel& m) { PartitionOf(m, "p_old").properties.clear(); }},
+        {"partitions", &CCompareOptions::partitions, [](CModel& m) { Named(m.partitions, "p_old").properties.clear(); }},
         {"index partitions", &CCompareOptions::partitions,
-         [](CModel& m) { PartitionOf(m, "ip_zip").name = "ip_other"; }},
+         [](CModel& m) { Named(m.partitions, "ip_zip").name = "ip_other"; }},
         {"storage", &CCompareOptions::storage, [](CModel& m) { TableOf(m, "customer").storageSpace = "OTHER"; }},
         {"index storage", &CCompareOptions::storage,
          [](CModel& m) { IndexOf(m, "customer", "ix_customer_zip").storageParams[3] = 1; }},
