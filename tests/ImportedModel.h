@@ -22,6 +22,21 @@ struct CImported {
     CImportReport report;
 };
 
+// The model of a saved file; a failure when it cannot be read.
+inline CModel ReadModel(const std::string& path) {
+    CModel model;
+    std::string error;
+    EXPECT_TRUE(ReadModelFile(path, model, error)) << error;
+    return model;
+}
+
+// The model the builder holds, saved to `path` and read back.
+inline CModel SaveAndRead(CVrnAPI& builder, const std::string& path) {
+    builder.SaveToFile(path.c_str());
+    EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
+    return ReadModel(path);
+}
+
 // The model of `scripts`, read in the dialect of `platform`, one source each,
 // saved in `dir`.
 inline CImported ImportScripts(int platform, const std::vector<std::string>& scripts, CScratchDir& dir) {
@@ -33,11 +48,7 @@ inline CImported ImportScripts(int platform, const std::vector<std::string>& scr
     for (std::size_t i = 0; i < scripts.size(); ++i)
         importer.ImportScript("script" + std::to_string(i + 1) + ".sql", scripts[i]);
     importer.Finish();
-    const std::string path = dir.File("imported" + std::to_string(++saved) + ".vrn");
-    builder.SaveToFile(path.c_str());
-    EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
-    std::string error;
-    EXPECT_TRUE(ReadModelFile(path, result.model, error)) << error;
+    result.model = SaveAndRead(builder, dir.File("imported" + std::to_string(++saved) + ".vrn"));
     return result;
 }
 
