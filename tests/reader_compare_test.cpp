@@ -15,6 +15,7 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <VrnIntf.h>
@@ -23,6 +24,8 @@
 #include "ModelFileReader.h"
 
 namespace {
+
+using Strings = std::vector<std::string>;
 
 std::string Upper(std::string text) {
     for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
@@ -166,14 +169,14 @@ std::string Line(const CModelChange& change) {
            change.before + "|" + change.after;
 }
 
-std::vector<std::string> Lines(const std::vector<CModelChange>& changes) {
-    std::vector<std::string> lines;
+Strings Lines(const std::vector<CModelChange>& changes) {
+    Strings lines;
     for (const CModelChange& change : changes) lines.push_back(Line(change));
     return lines;
 }
 
 // The changes from the sales model to a copy changed by `edit`.
-std::vector<std::string> ChangesAfter(const std::function<void(CModel&)>& edit, const CCompareOptions& options = {}) {
+Strings ChangesAfter(const std::function<void(CModel&)>& edit, const CCompareOptions& options = {}) {
     CModel after = Sales();
     edit(after);
     return Lines(CompareModels(Sales(), after, options));
@@ -224,53 +227,41 @@ protected:
     CModel m_model;
 };
 
+// Several fields compared at once: std::tie of the read fields against
+// std::make_tuple of what the builder was told, both printed on a failure.
+using std::make_tuple;
+using std::tie;
+
 TEST_F(ReadBackTest, TheModelItselfAndItsTablesWithTheirStorage) {
-    EXPECT_EQ(m_model.formatVersion, CVrnFile::kFormatVersion);
-    EXPECT_TRUE(m_model.hasPlatform);
-    EXPECT_EQ(m_model.platform, 41);
-    EXPECT_EQ(m_model.product, "reader test");
-    EXPECT_EQ(m_model.created.size(), 19u);  // YYYY-MM-DD HH:MM:SS
-    ASSERT_EQ(m_model.tables.size(), 2u);
-    const CModelTable& customer = TableOf(m_model, "customer");
-    EXPECT_EQ(customer.key, m_keys.customer);
-    EXPECT_EQ(customer.owner, "sales");
-    EXPECT_EQ(customer.definition, "who buys");
-    EXPECT_EQ(customer.storageSpace, "PRIMARY");
+    const CModel& m = m_model;
+    EXPECT_EQ(tie(m.formatVersion, m.hasPlatform, m.platform, m.product),
+              make_tuple(CVrnFile::kFormatVersion, true, 41, "reader test"));
+    EXPECT_EQ(m.created.size(), 19u);  // YYYY-MM-DD HH:MM:SS
+    ASSERT_EQ(m.tables.size(), 2u);
+    const CModelTable& customer = TableOf(m, "customer");
+    EXPECT_EQ(tie(customer.key, customer.owner, customer.definition, customer.storageSpace),
+              make_tuple(m_keys.customer, "sales", "who buys", "PRIMARY"));
     EXPECT_EQ(customer.storageParams[2], 8);  // code 16 fills slot 3
     EXPECT_EQ(customer.storageParams[0], -1);
     EXPECT_EQ(Named(customer.properties, "Logging").value, "LOGGING");
 }
 
 TEST_F(ReadBackTest, ColumnsInOrderWithEveryField) {
-    const CModelTable& customer = TableOf(m_model, "customer");
-    std::vector<std::string> names;
-    for (const CModelColumn& column : customer.columns) names.push_back(column.name);
-    EXPECT_EQ(names, (std::vector<std::string>{"id", "name", "zip", "balance"}));
-
+    Strings names;
+    for (const CModelColumn& column : TableOf(m_model, "customer").columns) names.push_back(column.name);
+    EXPECT_EQ(names, (Strings{"id", "name", "zip", "balance"}));
     const CModelColumn& id = ColumnOf(m_model, "customer", "id");
-    EXPECT_EQ(id.datatype, "INT");
-    EXPECT_FALSE(id.nullable);
-    EXPECT_TRUE(id.inPrimaryKey);
-    EXPECT_TRUE(id.identity);
+    EXPECT_EQ(tie(id.datatype, id.nullable, id.inPrimaryKey, id.identity), make_tuple("INT", false, true, true));
     const CModelColumn& name = ColumnOf(m_model, "customer", "name");
-    EXPECT_EQ(name.datatype, "VAN");
-    EXPECT_EQ(name.width, 80);
-    EXPECT_EQ(name.attributeName, "name");
-    EXPECT_EQ(name.definition, "as printed on invoices");
-    EXPECT_EQ(name.checkText, "len(name) > 0");
-    EXPECT_EQ(name.attributeNo, 2u);
+    EXPECT_EQ(tie(name.datatype, name.width, name.attributeName, name.definition, name.checkText),
+              make_tuple("VAN", 80, "name", "as printed on invoices", "len(name) > 0"));
+    EXPECT_EQ(tie(name.attributeNo, name.inPrimaryKey, name.identity), make_tuple(2u, false, false));
     EXPECT_NE(name.attributeId, 0u);
-    EXPECT_FALSE(name.inPrimaryKey);
-    EXPECT_FALSE(name.identity);
     const CModelColumn& zip = ColumnOf(m_model, "customer", "zip");
-    EXPECT_EQ(zip.userDatatype, "zipcode");
-    EXPECT_TRUE(zip.nullable);
-    EXPECT_EQ(zip.defaultText, "'00000'");
+    EXPECT_EQ(tie(zip.userDatatype, zip.nullable, zip.defaultText), make_tuple("zipcode", true, "'00000'"));
     const CModelColumn& balance = ColumnOf(m_model, "customer", "balance");
-    EXPECT_EQ(balance.datatype, "NUM");
-    EXPECT_EQ(balance.width, 10);
-    EXPECT_EQ(balance.scale, 2);
-    EXPECT_EQ(balance.defaultId, m_keys.zero);
+    EXPECT_EQ(tie(balance.datatype, balance.width, balance.scale, balance.defaultId),
+              make_tuple("NUM", 10, 2, m_keys.zero));
 }
 
 TEST_F(ReadBackTest, KeysAndIndexesWithColumnsAndSortOrder) {
@@ -278,106 +269,85 @@ TEST_F(ReadBackTest, KeysAndIndexesWithColumnsAndSortOrder) {
     ASSERT_EQ(customer.primaryKey, 0);
     ASSERT_EQ(customer.indexes.size(), 4u);
     const CModelIndex& primary = customer.indexes[0];
-    EXPECT_EQ(primary.keyType, 'P');
-    EXPECT_EQ(primary.name, "pk_customer");
+    EXPECT_EQ(tie(primary.keyType, primary.name), make_tuple('P', "pk_customer"));
     ASSERT_EQ(primary.columns.size(), 1u);
     EXPECT_EQ(primary.columns[0].name, "id");
     const CModelIndex& byName = customer.indexes[1];
-    EXPECT_EQ(byName.name, "ux_customer_name");
-    EXPECT_EQ(byName.keyType, 'A');
-    EXPECT_TRUE(byName.unique);
-    EXPECT_FALSE(byName.clustered);
-    EXPECT_EQ(byName.storageSpace, "INDEXES");
+    EXPECT_EQ(tie(byName.name, byName.keyType, byName.unique, byName.clustered, byName.storageSpace),
+              make_tuple("ux_customer_name", 'A', true, false, "INDEXES"));
     EXPECT_EQ(byName.storageParams[0], 12);  // code 41 fills slot 1
     ASSERT_EQ(byName.columns.size(), 1u);
     EXPECT_TRUE(byName.columns[0].descending);
     const CModelIndex& byZip = customer.indexes[2];
-    EXPECT_EQ(byZip.keyType, 'I');
-    EXPECT_FALSE(byZip.unique);
-    EXPECT_TRUE(byZip.clustered);
-    EXPECT_FALSE(byZip.columns[0].descending);
+    EXPECT_EQ(tie(byZip.keyType, byZip.unique, byZip.clustered, byZip.columns[0].descending),
+              make_tuple('I', false, true, false));
     ASSERT_EQ(byZip.partitions.size(), 1u);
-    EXPECT_EQ(m_model.partitions[byZip.partitions[0]].name, "ip_zip");
-    EXPECT_TRUE(m_model.partitions[byZip.partitions[0]].ofIndex);
+    const CModelPartition& partition = m_model.partitions[byZip.partitions[0]];
+    EXPECT_EQ(tie(partition.name, partition.ofIndex), make_tuple("ip_zip", true));
 }
 
 TEST_F(ReadBackTest, ForeignKeysWithPairsActionsAndTheCopiesTheyUse) {
-    const CModelTable& invoice = TableOf(m_model, "invoice");
     ASSERT_EQ(m_model.foreignKeys.size(), 2u);
     const CModelForeignKey& paidBy = m_model.foreignKeys[0];
-    EXPECT_EQ(paidBy.name, "fk_paid_by");
-    EXPECT_EQ(m_model.tables[paidBy.parentTable].name, "customer");
-    EXPECT_EQ(m_model.tables[paidBy.childTable].name, "invoice");
-    EXPECT_FALSE(paidBy.identifying);
-    EXPECT_TRUE(paidBy.optional);
-    EXPECT_EQ(paidBy.onDelete, 'C');
-    EXPECT_EQ(paidBy.onUpdate, 'R');
+    EXPECT_EQ(tie(paidBy.name, m_model.tables[paidBy.parentTable].name, m_model.tables[paidBy.childTable].name),
+              make_tuple("fk_paid_by", "customer", "invoice"));
+    EXPECT_EQ(tie(paidBy.identifying, paidBy.optional, paidBy.onDelete, paidBy.onUpdate),
+              make_tuple(false, true, 'C', 'R'));
     ASSERT_EQ(paidBy.pairs.size(), 1u);
-    EXPECT_EQ(paidBy.pairs[0].parentColumn, "id");
-    EXPECT_EQ(paidBy.pairs[0].childColumn, "payer_id");
+    EXPECT_EQ(tie(paidBy.pairs[0].parentColumn, paidBy.pairs[0].childColumn), make_tuple("id", "payer_id"));
     EXPECT_EQ(m_model.foreignKeys[1].onDelete, 'N');
 
     // The physical table has payer_id once; the second relationship uses a
     // copy of it, and the column lists both relationships.
+    const CModelTable& invoice = TableOf(m_model, "invoice");
     EXPECT_EQ(invoice.columns.size(), 3u);
     ASSERT_EQ(invoice.copies.size(), 1u);
     const CModelColumn& payer = ColumnOf(m_model, "invoice", "payer_id");
     EXPECT_EQ(payer.foreignKeys, (std::vector<int>{0, 1}));
-    EXPECT_TRUE(invoice.copies[0].isCopy);
-    EXPECT_EQ(invoice.copies[0].copyOf, payer.attributeNo);
-    EXPECT_EQ(invoice.copies[0].copyFor, 1);
+    EXPECT_EQ(tie(invoice.copies[0].isCopy, invoice.copies[0].copyOf, invoice.copies[0].copyFor),
+              make_tuple(true, payer.attributeNo, 1));
     EXPECT_EQ(invoice.foreignKeys, (std::vector<int>{0, 1}));
     EXPECT_EQ(TableOf(m_model, "customer").referencedBy, (std::vector<int>{0, 1}));
 }
 
 TEST_F(ReadBackTest, ChecksDefaultsRulesUserDatatypesAndBindings) {
     ASSERT_EQ(m_model.checks.size(), 2u);
-    EXPECT_EQ(m_model.checks[0].name, "ck_total");
-    EXPECT_EQ(m_model.checks[0].text, "total >= 0");
-    EXPECT_EQ(m_model.checks[0].column, "total");
+    EXPECT_EQ(tie(m_model.checks[0].name, m_model.checks[0].text, m_model.checks[0].column),
+              make_tuple("ck_total", "total >= 0", "total"));
     EXPECT_EQ(m_model.checks[1].column, "");
     EXPECT_EQ(TableOf(m_model, "invoice").checks, (std::vector<int>{0, 1}));
     ASSERT_EQ(m_model.defaults.size(), 1u);
-    EXPECT_EQ(m_model.defaults[0].name, "df_zero");
-    EXPECT_EQ(m_model.defaults[0].text, "0");
+    EXPECT_EQ(tie(m_model.defaults[0].name, m_model.defaults[0].text), make_tuple("df_zero", "0"));
     ASSERT_EQ(m_model.rules.size(), 1u);
     EXPECT_EQ(m_model.rules[0].text, "@v > 0");
     ASSERT_EQ(m_model.userDatatypes.size(), 2u);
     const CModelUserDatatype& zipcode = Named(m_model.userDatatypes, "zipcode");
-    EXPECT_EQ(zipcode.datatype, "CH");
-    EXPECT_EQ(zipcode.length, 5);
-    EXPECT_EQ(zipcode.ruleId, m_keys.positive);
+    EXPECT_EQ(tie(zipcode.datatype, zipcode.length, zipcode.ruleId), make_tuple("CH", 5, m_keys.positive));
 }
 
 TEST_F(ReadBackTest, CodeObjectsWithTheirWholeTextAndPartitions) {
-    ASSERT_EQ(m_model.triggers.size(), 1u);
-    EXPECT_EQ(m_model.triggers[0].name, "tr_invoice");
-    EXPECT_EQ(m_model.triggers[0].kind, 2);
-    EXPECT_EQ(m_model.tables[m_model.triggers[0].table].name, "invoice");
-    EXPECT_EQ(m_model.triggers[0].text, "create trigger tr_invoice ...");
-    ASSERT_EQ(m_model.procedures.size(), 1u);
-    EXPECT_EQ(m_model.procedures[0].owner, "sales");
-    EXPECT_EQ(m_model.procedures[0].text, "create procedure p_close\nas ...");
-    ASSERT_EQ(m_model.packages.size(), 1u);
-    EXPECT_EQ(m_model.packages[0].text, "package pk_billing is end;");
-    EXPECT_EQ(m_model.packages[0].body, "package body pk_billing is end;");
-    ASSERT_EQ(m_model.storageObjects.size(), 1u);
-    EXPECT_EQ(m_model.storageObjects[0].kind, 1);
-    EXPECT_EQ(m_model.storageObjects[0].text, "CREATE STOGROUP SG1");
-    ASSERT_EQ(m_model.referencedObjects.size(), 1u);
-    EXPECT_EQ(m_model.referencedObjects[0].values, (std::array<std::uint32_t, 4>{1, 2, 3, 4}));
-    EXPECT_NE(m_model.referencedObjects[0].metaTableKey, 0u);
+    const CModel& m = m_model;
+    ASSERT_EQ(m.triggers.size(), 1u);
+    EXPECT_EQ(tie(m.triggers[0].name, m.triggers[0].kind, m.tables[m.triggers[0].table].name, m.triggers[0].text),
+              make_tuple("tr_invoice", 2, "invoice", "create trigger tr_invoice ..."));
+    ASSERT_EQ(m.procedures.size(), 1u);
+    EXPECT_EQ(tie(m.procedures[0].owner, m.procedures[0].text), make_tuple("sales", "create procedure p_close\nas ..."));
+    ASSERT_EQ(m.packages.size(), 1u);
+    EXPECT_EQ(tie(m.packages[0].text, m.packages[0].body),
+              make_tuple("package pk_billing is end;", "package body pk_billing is end;"));
+    ASSERT_EQ(m.storageObjects.size(), 1u);
+    EXPECT_EQ(tie(m.storageObjects[0].kind, m.storageObjects[0].text), make_tuple(1, "CREATE STOGROUP SG1"));
+    ASSERT_EQ(m.referencedObjects.size(), 1u);
+    EXPECT_EQ(m.referencedObjects[0].values, (std::array<std::uint32_t, 4>{1, 2, 3, 4}));
+    EXPECT_NE(m.referencedObjects[0].metaTableKey, 0u);
 
-    ASSERT_EQ(m_model.partitions.size(), 2u);
-    const CModelTable& customer = TableOf(m_model, "customer");
+    ASSERT_EQ(m.partitions.size(), 2u);
+    const CModelTable& customer = TableOf(m, "customer");
     ASSERT_EQ(customer.partitions.size(), 1u);  // the index's partition is listed by the index
-    const CModelPartition& partition = m_model.partitions[customer.partitions[0]];
-    EXPECT_EQ(partition.name, "p_old");
-    EXPECT_FALSE(partition.ofIndex);
-    EXPECT_EQ(partition.key, m_keys.oldPartition);
+    const CModelPartition& partition = m.partitions[customer.partitions[0]];
+    EXPECT_EQ(tie(partition.name, partition.ofIndex, partition.key), make_tuple("p_old", false, m_keys.oldPartition));
     ASSERT_EQ(partition.properties.size(), 1u);
-    EXPECT_EQ(partition.properties[0].name, "Partition Limit");
-    EXPECT_EQ(partition.properties[0].text, "100");
+    EXPECT_EQ(tie(partition.properties[0].name, partition.properties[0].text), make_tuple("Partition Limit", "100"));
 }
 
 TEST_F(ReadBackTest, AModelSavedAgainReadsAsItWasLastSaved) {
@@ -393,19 +363,15 @@ TEST_F(ReadBackTest, AModelSavedAgainReadsAsItWasLastSaved) {
         b.SetAttributeProperty(name, 8, 1);   // nullable
     });
     const CModelTable& customer = TableOf(model, "customer");
-    EXPECT_EQ(customer.columns.size(), 4u);
-    EXPECT_EQ(ColumnOf(model, "customer", "name").width, 99);
-    EXPECT_TRUE(ColumnOf(model, "customer", "name").nullable);
+    const CModelColumn& name = ColumnOf(model, "customer", "name");
+    EXPECT_EQ(tie(name.width, name.nullable), make_tuple(99, true));
     ASSERT_EQ(customer.indexes.size(), 4u);
-    EXPECT_EQ(customer.indexes[1].columns.size(), 1u);
-    EXPECT_EQ(model.checks.size(), 2u);
-    EXPECT_EQ(TableOf(model, "invoice").checks.size(), 2u);
-    EXPECT_EQ(model.triggers.size(), 1u);
-    EXPECT_EQ(model.procedures.size(), 1u);
-    EXPECT_EQ(model.packages.size(), 1u);
-    EXPECT_EQ(model.foreignKeys.size(), 2u);
-    EXPECT_EQ(model.foreignKeys[0].pairs.size(), 1u);
-    EXPECT_EQ(TableOf(model, "invoice").copies.size(), 1u);
+    EXPECT_EQ(make_tuple(customer.columns.size(), customer.indexes[1].columns.size(), model.checks.size(),
+                         TableOf(model, "invoice").checks.size(), TableOf(model, "invoice").copies.size()),
+              make_tuple(4u, 1u, 2u, 2u, 1u));
+    EXPECT_EQ(make_tuple(model.triggers.size(), model.procedures.size(), model.packages.size(),
+                         model.foreignKeys.size(), model.foreignKeys[0].pairs.size()),
+              make_tuple(1u, 1u, 1u, 2u, 1u));
 }
 
 TEST(ReadBackOldFileTest, AVersion1FileKeepsItsPackages) {
@@ -430,9 +396,9 @@ TEST(ReadBackOldFileTest, AVersion1FileKeepsItsPackages) {
 // Equal models
 
 TEST(CompareEqualTest, AModelEqualsItselfAndACopyOfItself) {
-    EXPECT_EQ(Lines(CompareModels(Sales(), Sales())), std::vector<std::string>());
+    EXPECT_EQ(Lines(CompareModels(Sales(), Sales())), Strings());
     const CModel copy = Sales();
-    EXPECT_EQ(Lines(CompareModels(Sales(), copy)), std::vector<std::string>());
+    EXPECT_EQ(Lines(CompareModels(Sales(), copy)), Strings());
     // The model really holds every kind, so the equality above compared them.
     const CModel& model = Sales();
     EXPECT_EQ(model.tables.size(), 2u);
@@ -454,17 +420,17 @@ TEST(CompareEqualTest, TheSameModelBuiltInAnotherOrderIsEqual) {
     ASSERT_EQ(reversed.foreignKeys[0].name, "fk_billed_to");
     ASSERT_NE(UnnamedIndex(reversed).name, UnnamedIndex(Sales()).name);
     ASSERT_EQ(reversed.userDatatypes[0].name, "zipcode");
-    EXPECT_EQ(Lines(CompareModels(Sales(), reversed)), std::vector<std::string>());
-    EXPECT_EQ(Lines(CompareModels(reversed, Sales())), std::vector<std::string>());
+    EXPECT_EQ(Lines(CompareModels(Sales(), reversed)), Strings());
+    EXPECT_EQ(Lines(CompareModels(reversed, Sales())), Strings());
 }
 
 TEST(CompareEqualTest, LetterCaseOfNamesDoesNotMatter) {
     const CModel upper = ReadSales({false, true});
     ASSERT_EQ(upper.tables[0].name, "CUSTOMER");
     ASSERT_EQ(upper.tables[0].columns[0].name, "ID");
-    EXPECT_EQ(Lines(CompareModels(Sales(), upper)), std::vector<std::string>());
+    EXPECT_EQ(Lines(CompareModels(Sales(), upper)), Strings());
     const CModel both = ReadSales({true, true});
-    EXPECT_EQ(Lines(CompareModels(Sales(), both)), std::vector<std::string>());
+    EXPECT_EQ(Lines(CompareModels(Sales(), both)), Strings());
 }
 
 TEST(CompareEqualTest, LayoutOfTextsAndPaddingOfOwnersDoNotMatter) {
@@ -477,7 +443,7 @@ TEST(CompareEqualTest, LayoutOfTextsAndPaddingOfOwnersDoNotMatter) {
                   Named(m.storageObjects, "SG1").owner = "SYS ";
                   IndexOf(m, "customer", "ux_customer_name").storageSpace = "indexes";
               }),
-              std::vector<std::string>());
+              Strings());
 }
 
 TEST(CompareEqualTest, IdentifiersAndNumbersOfTheFileAreNotCompared) {
@@ -499,7 +465,7 @@ TEST(CompareEqualTest, IdentifiersAndNumbersOfTheFileAreNotCompared) {
                   invoice.copies[0].width = 99;
                   invoice.copies[0].name = "other";
               }),
-              std::vector<std::string>());
+              Strings());
 }
 
 // ---------------------------------------------------------------------------
@@ -513,7 +479,7 @@ TEST(CompareTablesTest, AddedAndDroppedTablesAreOneChangeEach) {
                   table.columns.push_back(CModelColumn());
                   m.tables.push_back(table);
               }),
-              std::vector<std::string>{"Added|table sales.note|||"});
+              Strings{"Added|table sales.note|||"});
     // Without invoice, its keys, checks and its trigger go too: the keys and
     // checks are the table's and are not listed again, the trigger is an
     // object of the model.
@@ -524,15 +490,15 @@ TEST(CompareTablesTest, AddedAndDroppedTablesAreOneChangeEach) {
     without.triggers.clear();
     TableOf(without, "customer").referencedBy.clear();
     EXPECT_EQ(Lines(CompareModels(Sales(), without)),
-              (std::vector<std::string>{"Dropped|table sales.invoice|||", "Dropped|trigger sales.tr_invoice|||"}));
+              (Strings{"Dropped|table sales.invoice|||", "Dropped|trigger sales.tr_invoice|||"}));
     const std::vector<CModelChange> added = CompareModels(without, Sales());
-    EXPECT_EQ(Lines(added), (std::vector<std::string>{"Added|table sales.invoice|||", "Added|trigger sales.tr_invoice|||"}));
+    EXPECT_EQ(Lines(added), (Strings{"Added|table sales.invoice|||", "Added|trigger sales.tr_invoice|||"}));
     ASSERT_EQ(added.size(), 2u);
     EXPECT_EQ(added[0].table, "sales.invoice");
     EXPECT_EQ(added[1].table, "");
     // A table in another owner is another table.
     EXPECT_EQ(ChangesAfter([](CModel& m) { TableOf(m, "invoice").owner = "billing"; }),
-              (std::vector<std::string>{"Dropped|table sales.invoice|||", "Added|table billing.invoice|||",
+              (Strings{"Dropped|table sales.invoice|||", "Added|table billing.invoice|||",
                                         "Changed|trigger sales.tr_invoice|table|sales.invoice|billing.invoice"}));
 }
 
@@ -547,13 +513,13 @@ TEST(CompareTablesTest, KeysAndChecksOfNoTableAreComparedApart) {
     ASSERT_EQ(loose.foreignKeys[0].name, "fk_paid_by");
     ASSERT_EQ(loose.checks[0].name, "ck_total");
     EXPECT_EQ(Lines(CompareModels(Sales(), loose)),
-              (std::vector<std::string>{"Dropped|foreign key fk_billed_to of sales.invoice|||",
+              (Strings{"Dropped|foreign key fk_billed_to of sales.invoice|||",
                                         "Dropped|check constraint (no > 0) of sales.invoice|||",
                                         "Added|foreign key fk_billed_to|||", "Added|check constraint (no > 0)|||"}));
     CModel changed = loose;
     Named(changed.foreignKeys, "fk_billed_to").onUpdate = 'C';
     EXPECT_EQ(Lines(CompareModels(loose, changed)),
-              std::vector<std::string>{"Changed|foreign key fk_billed_to|on update|none|cascade"});
+              Strings{"Changed|foreign key fk_billed_to|on update|none|cascade"});
 }
 
 TEST(CompareTablesTest, EachFieldOfAColumnIsAChangeOfItsOwn) {
@@ -573,18 +539,18 @@ TEST(CompareTablesTest, EachFieldOfAColumnIsAChangeOfItsOwn) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(ChangesAfter([&](CModel& m) { c.edit(ColumnOf(m, "customer", "balance")); }),
-                  std::vector<std::string>{"Changed|" + balance + "|" + c.expected})
+                  Strings{"Changed|" + balance + "|" + c.expected})
             << c.expected;
     // An id that names no rule binds none.
     EXPECT_EQ(ChangesAfter([](CModel& m) { ColumnOf(m, "customer", "balance").ruleId = 12345; }),
-              std::vector<std::string>());
+              Strings());
     // A rule bound by name, whatever its id in either file.
     EXPECT_EQ(ChangesAfter([](CModel& m) { ColumnOf(m, "customer", "balance").ruleId = m.rules[0].id; }),
-              std::vector<std::string>{"Changed|" + balance + "|bound rule||r_positive"});
+              Strings{"Changed|" + balance + "|bound rule||r_positive"});
     EXPECT_EQ(ChangesAfter([](CModel& m) { ColumnOf(m, "customer", "zip").userDatatype = "ZIPCODE"; }),
-              std::vector<std::string>());
+              Strings());
     EXPECT_EQ(ChangesAfter([](CModel& m) { ColumnOf(m, "customer", "zip").defaultText = "'00001'"; }),
-              std::vector<std::string>{"Changed|table sales.customer column zip|default|'00000'|'00001'"});
+              Strings{"Changed|table sales.customer column zip|default|'00000'|'00001'"});
 }
 
 TEST(CompareTablesTest, ColumnsAddedDroppedAndMoved) {
@@ -597,22 +563,22 @@ TEST(CompareTablesTest, ColumnsAddedDroppedAndMoved) {
                   note.name = "memo";
                   customer.columns.push_back(note);
               }),
-              (std::vector<std::string>{"Added|table sales.customer column note|||",
+              (Strings{"Added|table sales.customer column note|||",
                                         "Added|table sales.customer column memo|||"}));
     EXPECT_EQ(ChangesAfter([](CModel& m) {
                   CModelTable& customer = TableOf(m, "customer");
                   customer.columns.erase(customer.columns.begin());
               }),
-              std::vector<std::string>{"Dropped|table sales.customer column id|||"});
+              Strings{"Dropped|table sales.customer column id|||"});
     // id, name, zip, balance -> name, zip, balance, id: id alone moved, from 1 to 4.
     EXPECT_EQ(ChangesAfter([](CModel& m) {
                   std::vector<CModelColumn>& columns = TableOf(m, "customer").columns;
                   std::rotate(columns.begin(), columns.begin() + 1, columns.end());
               }),
-              std::vector<std::string>{"Changed|table sales.customer column id|position|1|4"});
+              Strings{"Changed|table sales.customer column id|position|1|4"});
     // A renamed column is another column.
     EXPECT_EQ(ChangesAfter([](CModel& m) { ColumnOf(m, "invoice", "total").name = "amount"; }),
-              (std::vector<std::string>{"Dropped|table sales.invoice column total|||",
+              (Strings{"Dropped|table sales.invoice column total|||",
                                         "Added|table sales.invoice column amount|||"}));
 }
 
@@ -626,14 +592,14 @@ TEST(CompareKeysTest, ThePrimaryKeyByItsColumnsAndClustering) {
                   key.clustered = true;
                   key.name = "pk_other";  // its name is not compared
               }),
-              (std::vector<std::string>{"Changed|table sales.customer primary key|columns|id|id, name",
+              (Strings{"Changed|table sales.customer primary key|columns|id|id, name",
                                         "Changed|table sales.customer primary key|clustered|no|yes"}));
     EXPECT_EQ(ChangesAfter([](CModel& m) {
                   CModelTable& invoice = TableOf(m, "invoice");
                   invoice.indexes.erase(invoice.indexes.begin());
                   invoice.primaryKey = -1;
               }),
-              std::vector<std::string>{"Dropped|table sales.invoice primary key|||"});
+              Strings{"Dropped|table sales.invoice primary key|||"});
 }
 
 TEST(CompareKeysTest, IndexesByNameElseByWhatTheyAre) {
@@ -644,7 +610,7 @@ TEST(CompareKeysTest, IndexesByNameElseByWhatTheyAre) {
                   index.clustered = true;
                   index.columns[0].descending = false;
               }),
-              (std::vector<std::string>{"Changed|" + byName + "|unique|yes|no", "Changed|" + byName + "|clustered|no|yes",
+              (Strings{"Changed|" + byName + "|unique|yes|no", "Changed|" + byName + "|clustered|no|yes",
                                         "Changed|" + byName + "|columns|name DESC|name"}));
     // Unnamed: matched by uniqueness and columns, so another order of its
     // columns is another index.
@@ -654,20 +620,20 @@ TEST(CompareKeysTest, IndexesByNameElseByWhatTheyAre) {
                   index.name = "customerIX9";
                   std::swap(index.columns[0], index.columns[1]);
               }),
-              (std::vector<std::string>{"Dropped|" + unnamed + "|||", "Added|table sales.customer index customerIX9|||"}));
+              (Strings{"Dropped|" + unnamed + "|||", "Added|table sales.customer index customerIX9|||"}));
     // Made unique, another index too.
     EXPECT_EQ(ChangesAfter([](CModel& m) {
                   CModelIndex& index = UnnamedIndex(m);
                   index.name = "customerIX9";
                   index.unique = true;
               }),
-              (std::vector<std::string>{"Dropped|" + unnamed + "|||", "Added|table sales.customer index customerIX9|||"}));
+              (Strings{"Dropped|" + unnamed + "|||", "Added|table sales.customer index customerIX9|||"}));
     // Renamed with the same columns: the same index.
     EXPECT_EQ(ChangesAfter([](CModel& m) { IndexOf(m, "customer", "ix_customer_zip").name = "ix_zip"; }),
-              std::vector<std::string>());
+              Strings());
     // Two indexes whose names match are one index, whatever their columns.
     EXPECT_EQ(ChangesAfter([](CModel& m) { IndexOf(m, "customer", "ix_customer_zip").columns[0].name = "balance"; }),
-              std::vector<std::string>{"Changed|table sales.customer index ix_customer_zip|columns|zip|balance"});
+              Strings{"Changed|table sales.customer index ix_customer_zip|columns|zip|balance"});
 }
 
 TEST(CompareKeysTest, IndexStorageAndProperties) {
@@ -684,7 +650,7 @@ TEST(CompareKeysTest, IndexStorageAndProperties) {
                   compressed.value = "COMPRESS";
                   index.properties.push_back(compressed);
               }),
-              (std::vector<std::string>{"Changed|" + byName + "|storage space|INDEXES|OTHER",
+              (Strings{"Changed|" + byName + "|storage space|INDEXES|OTHER",
                                         "Changed|" + byName + "|storage params|1=12|1=20, 5=3",
                                         "Changed|" + byName + "|property Compression||COMPRESS"}));
 }
@@ -701,7 +667,7 @@ TEST(CompareForeignKeysTest, MatchedByTablesAndColumnsNotByName) {
                   key.identifying = true;
                   key.optional = false;
               }),
-              (std::vector<std::string>{"Changed|" + paidBy + "|identifying|no|yes",
+              (Strings{"Changed|" + paidBy + "|identifying|no|yes",
                                         "Changed|" + paidBy + "|optional|yes|no",
                                         "Changed|" + paidBy + "|on delete|cascade|set null",
                                         "Changed|" + paidBy + "|on update|restrict|none"}));
@@ -709,22 +675,22 @@ TEST(CompareForeignKeysTest, MatchedByTablesAndColumnsNotByName) {
                   Named(m.foreignKeys, "fk_paid_by").name = "FK_PAID_BY";
                   Named(m.foreignKeys, "fk_billed_to").name = "fk_billed";
               }),
-              std::vector<std::string>{"Changed|foreign key fk_billed_to of sales.invoice|name|fk_billed_to|fk_billed"});
+              Strings{"Changed|foreign key fk_billed_to of sales.invoice|name|fk_billed_to|fk_billed"});
     EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.foreignKeys, "fk_paid_by").pairs[0].parentColumn = "name"; }),
-              std::vector<std::string>{"Changed|" + paidBy + "|parent columns|id|name"});
+              Strings{"Changed|" + paidBy + "|parent columns|id|name"});
     // Other child columns, another key.
     EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.foreignKeys, "fk_billed_to").pairs[0].childColumn = "total"; }),
-              (std::vector<std::string>{"Dropped|foreign key fk_billed_to of sales.invoice|||",
+              (Strings{"Dropped|foreign key fk_billed_to of sales.invoice|||",
                                         "Added|foreign key fk_billed_to of sales.invoice|||"}));
     // Another parent table, another key.
     EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.foreignKeys, "fk_billed_to").parentTable = 1; }),
-              (std::vector<std::string>{"Dropped|foreign key fk_billed_to of sales.invoice|||",
+              (Strings{"Dropped|foreign key fk_billed_to of sales.invoice|||",
                                         "Added|foreign key fk_billed_to of sales.invoice|||"}));
     EXPECT_EQ(ChangesAfter([](CModel& m) { TableOf(m, "invoice").foreignKeys.clear(); }),
-              (std::vector<std::string>{"Dropped|" + paidBy + "|||", "Dropped|foreign key fk_billed_to of sales.invoice|||"}));
+              (Strings{"Dropped|" + paidBy + "|||", "Dropped|foreign key fk_billed_to of sales.invoice|||"}));
     // A name that goes is a change of the key; an unnamed key is named by its columns and parent.
     EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.foreignKeys, "fk_billed_to").name.clear(); }),
-              std::vector<std::string>{"Changed|foreign key fk_billed_to of sales.invoice|name|fk_billed_to|"});
+              Strings{"Changed|foreign key fk_billed_to of sales.invoice|name|fk_billed_to|"});
     CModel unnamed = Sales();
     Named(unnamed.foreignKeys, "fk_billed_to").name.clear();
     const std::vector<CModelChange> back = CompareModels(unnamed, Sales());
@@ -734,12 +700,12 @@ TEST(CompareForeignKeysTest, MatchedByTablesAndColumnsNotByName) {
 
 TEST(CompareChecksTest, MatchedByColumnAndTextWithItsSpacingCollapsed) {
     EXPECT_EQ(ChangesAfter([](CModel& m) { CheckOf(m, "total >= 0").name = "ck_amount"; }),
-              std::vector<std::string>{"Changed|check constraint ck_total of sales.invoice column total|name|ck_total|ck_amount"});
+              Strings{"Changed|check constraint ck_total of sales.invoice column total|name|ck_total|ck_amount"});
     EXPECT_EQ(ChangesAfter([](CModel& m) { CheckOf(m, "no > 0").text = "no >= 0"; }),
-              (std::vector<std::string>{"Dropped|check constraint (no > 0) of sales.invoice|||",
+              (Strings{"Dropped|check constraint (no > 0) of sales.invoice|||",
                                         "Added|check constraint (no >= 0) of sales.invoice|||"}));
     EXPECT_EQ(ChangesAfter([](CModel& m) { CheckOf(m, "total >= 0").column = "no"; }),
-              (std::vector<std::string>{"Dropped|check constraint ck_total of sales.invoice column total|||",
+              (Strings{"Dropped|check constraint ck_total of sales.invoice column total|||",
                                         "Added|check constraint ck_total of sales.invoice column no|||"}));
     // Case counts in a check's text: it may hold literals.
     EXPECT_EQ(ChangesAfter([](CModel& m) { CheckOf(m, "no > 0").text = "NO > 0"; }).size(), 2u);
@@ -759,7 +725,7 @@ TEST(CompareCatalogTest, UserDatatypesDefaultsAndRulesByName) {
                   Named(m.defaults, "df_zero").text = "00";
                   Named(m.rules, "r_positive").text = "@v >= 0";
               }),
-              (std::vector<std::string>{"Changed|default df_zero|text|0|00", "Changed|rule r_positive|text|@v > 0|@v >= 0",
+              (Strings{"Changed|default df_zero|text|0|00", "Changed|rule r_positive|text|@v > 0|@v >= 0",
                                         "Changed|user datatype zipcode|datatype|CH|VAR",
                                         "Changed|user datatype zipcode|length|5|9", "Changed|user datatype zipcode|scale|-1|1",
                                         "Changed|user datatype zipcode|bound default||df_zero",
@@ -768,7 +734,7 @@ TEST(CompareCatalogTest, UserDatatypesDefaultsAndRulesByName) {
                   m.userDatatypes.erase(m.userDatatypes.begin());
                   m.rules.push_back({77, "r_other", "1 = 1"});
               }),
-              (std::vector<std::string>{"Added|rule r_other|||", "Dropped|user datatype flag|||"}));
+              (Strings{"Added|rule r_other|||", "Dropped|user datatype flag|||"}));
 }
 
 TEST(CompareCodeTest, TriggersProceduresAndPackagesByOwnerAndName) {
@@ -780,7 +746,7 @@ TEST(CompareCodeTest, TriggersProceduresAndPackagesByOwnerAndName) {
                   Named(m.procedures, "p_close").kind = 2;
                   Named(m.packages, "pk_billing").body = "package body pk_billing is begin null; end;";
               }),
-              (std::vector<std::string>{
+              (Strings{
                   "Changed|trigger sales.tr_invoice|table|sales.invoice|sales.customer",
                   "Changed|trigger sales.tr_invoice|kind|after|before",
                   "Changed|trigger sales.tr_invoice|text|create trigger tr_invoice ...|create trigger tr_invoice .",
@@ -791,7 +757,7 @@ TEST(CompareCodeTest, TriggersProceduresAndPackagesByOwnerAndName) {
                   Named(m.procedures, "p_close").owner = "dbo";
                   Named(m.packages, "pk_billing").text = "package pk_billing is x number; end;";
               }),
-              (std::vector<std::string>{"Dropped|procedure sales.p_close|||", "Added|procedure dbo.p_close|||",
+              (Strings{"Dropped|procedure sales.p_close|||", "Added|procedure dbo.p_close|||",
                                         "Changed|package sales.pk_billing|text|package pk_billing is end;|package "
                                         "pk_billing is x number; end;"}));
 }
@@ -801,11 +767,11 @@ TEST(ComparePartitionsTest, PartitionsOfTablesAndIndexesByName) {
                   Named(m.partitions, "p_old").properties[0].text = "200";
                   Named(m.partitions, "ip_zip").name = "ip_post";
               }),
-              (std::vector<std::string>{"Dropped|table sales.customer index ix_customer_zip partition ip_zip|||",
+              (Strings{"Dropped|table sales.customer index ix_customer_zip partition ip_zip|||",
                                         "Added|table sales.customer index ix_customer_zip partition ip_post|||",
                                         "Changed|table sales.customer partition p_old|property Partition Limit|Limit "
                                         "Values 100|Limit Values 200"}));
-    EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.partitions, "P_OLD").name = "P_OLD"; }), std::vector<std::string>());
+    EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.partitions, "P_OLD").name = "P_OLD"; }), Strings());
 }
 
 TEST(CompareStorageTest, TableStorageAndPropertiesAsSets) {
@@ -817,7 +783,7 @@ TEST(CompareStorageTest, TableStorageAndPropertiesAsSets) {
                   for (CModelProperty& property : table.properties)
                       if (property.propertyNo == 3) property.valueNo = 6, property.value = "NOLOGGING";
               }),
-              (std::vector<std::string>{"Changed|" + customer + "|storage space|PRIMARY|USERDATA",
+              (Strings{"Changed|" + customer + "|storage space|PRIMARY|USERDATA",
                                         "Changed|" + customer + "|storage params|3=8|",
                                         "Changed|" + customer + "|property Logging|LOGGING|NOLOGGING"}));
     // Sets: order and repetition do not count; a column named by number is that column.
@@ -826,12 +792,12 @@ TEST(CompareStorageTest, TableStorageAndPropertiesAsSets) {
                   std::reverse(properties.begin(), properties.end());
                   properties.push_back(properties.front());
               }),
-              std::vector<std::string>());
+              Strings());
     EXPECT_EQ(ChangesAfter([](CModel& m) {
                   for (CModelProperty& property : TableOf(m, "customer").properties)
                       if (property.propertyNo == 7) property.text = "2";
               }),
-              std::vector<std::string>{"Changed|" + customer +
+              Strings{"Changed|" + customer +
                                        "|property Partition Column|Column Number BALANCE [1]|Column Number NAME [1]"});
 }
 
@@ -843,7 +809,7 @@ TEST(CompareStorageObjectsTest, ByKindAndName) {
                   // Of another kind, so another object, though its name is the same.
                   m.storageObjects.insert(m.storageObjects.begin(), {99, 3, "sys", "sg1", "CREATE TABLESPACE sg1"});
               }),
-              (std::vector<std::string>{"Changed|storage group SG1|owner|sys|other",
+              (Strings{"Changed|storage group SG1|owner|sys|other",
                                         "Changed|storage group SG1|text|CREATE STOGROUP SG1|CREATE STOGROUP SG1 "
                                         "VOLUMES (*)",
                                         "Added|table space sg1|||"}));
@@ -870,7 +836,7 @@ TEST(CompareOrderTest, TablesInBeforesOrderThenAddedWithEachTablesObjectsTogethe
     ColumnOf(after, "customer", "name").width = 90;
     IndexOf(after, "customer", "ux_customer_name").clustered = true;
     EXPECT_EQ(Lines(CompareModels(Sales(), after)),
-              (std::vector<std::string>{
+              (Strings{
                   "Changed|table sales.customer column name|width|80|90",
                   "Changed|table sales.customer index ux_customer_name|clustered|no|yes",
                   "Changed|table sales.customer partition p_old|property Partition Limit|Limit Values 100|Limit Values 1",
@@ -902,9 +868,9 @@ TEST(CompareDescribeTest, OneReadableLinePerChange) {
         {EModelChange::Changed, "procedure dbo.p", "", "text", "begin\nend", "begin\n  null;\nend"},
         {EModelChange::Changed, "procedure dbo.p", "", "text", "x", std::string(61, 'y')},
     };
-    std::vector<std::string> lines;
+    Strings lines;
     for (const CModelChange& change : changes) lines.push_back(change.Describe());
-    EXPECT_EQ(lines, (std::vector<std::string>{
+    EXPECT_EQ(lines, (Strings{
                          "table ORDERS column QTY: width 10 -> 12",
                          "table ORDERS: column NOTE added",
                          "table ORDERS dropped",
@@ -958,7 +924,7 @@ TEST(CompareOptionsTest, EachSwitchLeavesOutItsOwnKindOnly) {
         EXPECT_FALSE(CompareModels(Sales(), after).empty()) << c.kind;
         CCompareOptions without;
         without.*c.option = false;
-        EXPECT_EQ(Lines(CompareModels(Sales(), after, without)), std::vector<std::string>()) << c.kind;
+        EXPECT_EQ(Lines(CompareModels(Sales(), after, without)), Strings()) << c.kind;
         CCompareOptions only;
         for (bool CCompareOptions::*option : all) only.*option = false;
         only.*c.option = true;
@@ -969,7 +935,7 @@ TEST(CompareOptionsTest, EachSwitchLeavesOutItsOwnKindOnly) {
     for (bool CCompareOptions::*option : all) none.*option = false;
     CModel after = Sales();
     after.tables.pop_back();
-    EXPECT_EQ(Lines(CompareModels(Sales(), after, none)), std::vector<std::string>{"Dropped|table sales.invoice|||"});
+    EXPECT_EQ(Lines(CompareModels(Sales(), after, none)), Strings{"Dropped|table sales.invoice|||"});
 }
 
 }  // namespace
