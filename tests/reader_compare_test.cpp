@@ -745,7 +745,7 @@ TEST(CompareCodeTest, TriggersProceduresAndPackagesByOwnerAndName) {
               }),
               (Strings{"Dropped|procedure sales.p_close|||", "Added|procedure dbo.p_close|||",
                        "Changed|package sales.pk_billing|text|package pk_billing is end;|package "
-                                        "pk_billing is x number; end;"}));
+                       "pk_billing is x number; end;"}));
 }
 
 TEST(ComparePartitionsTest, PartitionsOfTablesAndIndexesByName) {
@@ -756,7 +756,7 @@ TEST(ComparePartitionsTest, PartitionsOfTablesAndIndexesByName) {
               (Strings{"Dropped|table sales.customer index ix_customer_zip partition ip_zip|||",
                        "Added|table sales.customer index ix_customer_zip partition ip_post|||",
                        "Changed|table sales.customer partition p_old|property Partition Limit|Limit "
-                                        "Values 100|Limit Values 200"}));
+                       "Values 100|Limit Values 200"}));
     EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.partitions, "P_OLD").name = "P_OLD"; }), Strings());
 }
 
@@ -784,7 +784,7 @@ TEST(CompareStorageTest, TableStorageAndPropertiesAsSets) {
                       if (property.propertyNo == 7) property.text = "2";
               }),
               Strings{"Changed|" + customer +
-                                       "|property Partition Column|Column Number BALANCE [1]|Column Number NAME [1]"});
+                      "|property Partition Column|Column Number BALANCE [1]|Column Number NAME [1]"});
 }
 
 TEST(CompareStorageObjectsTest, ByKindAndName) {
@@ -796,9 +796,8 @@ TEST(CompareStorageObjectsTest, ByKindAndName) {
                   m.storageObjects.insert(m.storageObjects.begin(), {99, 3, "sys", "sg1", "CREATE TABLESPACE sg1"});
               }),
               (Strings{"Changed|storage group SG1|owner|sys|other",
-                       "Changed|storage group SG1|text|CREATE STOGROUP SG1|CREATE STOGROUP SG1 "
-                                        "VOLUMES (*)",
-                                        "Added|table space sg1|||"}));
+                       "Changed|storage group SG1|text|CREATE STOGROUP SG1|CREATE STOGROUP SG1 VOLUMES (*)",
+                       "Added|table space sg1|||"}));
 }
 
 // ---------------------------------------------------------------------------
