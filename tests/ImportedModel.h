@@ -3,6 +3,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -21,6 +22,30 @@ struct CImported {
     CModel model;
     CImportReport report;
 };
+
+inline int PlatformCode(const char* name) { return FindPlatformByName(name)->code; }
+
+// One line per change, as a user reads them; "" for equal models.
+inline std::string Described(const std::vector<CModelChange>& changes) {
+    std::string text;
+    for (const CModelChange& change : changes) text += change.Describe() + "\n";
+    return text;
+}
+
+// Runs `scripts` in turn in the SQLite database at `path`: the first error
+// with the script that gave it, or "" when all ran.
+inline std::string RunInSqlite(const std::vector<std::string>& scripts, const std::string& path = ":memory:") {
+    sqlite3* db = nullptr;
+    std::string error = sqlite3_open(path.c_str(), &db) == SQLITE_OK ? "" : "cannot open " + path;
+    for (const std::string& script : scripts) {
+        char* message = nullptr;
+        if (error.empty() && sqlite3_exec(db, script.c_str(), nullptr, nullptr, &message) != SQLITE_OK)
+            error = std::string(message ? message : "failed") + " in:\n" + script;
+        sqlite3_free(message);
+    }
+    sqlite3_close(db);
+    return error;
+}
 
 // The model of a saved file; a failure when it cannot be read.
 inline CModel ReadModel(const std::string& path) {

@@ -9,7 +9,7 @@
 
 namespace {
 
-int Platform(const char* name) { return FindPlatformByName(name)->code; }
+const auto Platform = PlatformCode;
 
 std::string ColumnNames(const CModel& model, const std::string& table) {
     std::string names;

@@ -2,7 +2,6 @@
 // driver reads a database file that the native SQLite import reads too: the
 // two models are compared, and what differs is listed here with the reason.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -65,11 +64,7 @@ protected:
         if (!DriverInstalled("SQLite3"))
             GTEST_SKIP() << "the SQLite ODBC driver (Debian libsqliteodbc) is not registered with unixODBC";
         m_database = m_dir.File("company.db");
-        sqlite3* db = nullptr;
-        ASSERT_EQ(sqlite3_open(m_database.c_str(), &db), SQLITE_OK);
-        char* error = nullptr;
-        ASSERT_EQ(sqlite3_exec(db, kSchema, nullptr, nullptr, &error), SQLITE_OK) << (error ? error : "");
-        sqlite3_close(db);
+        ASSERT_EQ(RunInSqlite({kSchema}, m_database), "");
     }
     std::string Connection() const { return "odbc:Driver=SQLite3;Database=" + m_database; }
 
