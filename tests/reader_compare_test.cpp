@@ -227,19 +227,18 @@ protected:
     CModel m_model;
 };
 
-// Several fields compared at once: std::tie of the read fields against
-// std::make_tuple of what the builder was told, both printed on a failure.
+// Several fields compared at once, the read fields against what the builder
+// was told, both printed on a failure.
 using std::make_tuple;
-using std::tie;
 
 TEST_F(ReadBackTest, TheModelItselfAndItsTablesWithTheirStorage) {
     const CModel& m = m_model;
-    EXPECT_EQ(tie(m.formatVersion, m.hasPlatform, m.platform, m.product),
+    EXPECT_EQ(make_tuple(m.formatVersion, m.hasPlatform, m.platform, m.product),
               make_tuple(CVrnFile::kFormatVersion, true, 41, "reader test"));
     EXPECT_EQ(m.created.size(), 19u);  // YYYY-MM-DD HH:MM:SS
     ASSERT_EQ(m.tables.size(), 2u);
     const CModelTable& customer = TableOf(m, "customer");
-    EXPECT_EQ(tie(customer.key, customer.owner, customer.definition, customer.storageSpace),
+    EXPECT_EQ(make_tuple(customer.key, customer.owner, customer.definition, customer.storageSpace),
               make_tuple(m_keys.customer, "sales", "who buys", "PRIMARY"));
     EXPECT_EQ(customer.storageParams[2], 8);  // code 16 fills slot 3
     EXPECT_EQ(customer.storageParams[0], -1);
@@ -251,16 +250,16 @@ TEST_F(ReadBackTest, ColumnsInOrderWithEveryField) {
     for (const CModelColumn& column : TableOf(m_model, "customer").columns) names.push_back(column.name);
     EXPECT_EQ(names, (Strings{"id", "name", "zip", "balance"}));
     const CModelColumn& id = ColumnOf(m_model, "customer", "id");
-    EXPECT_EQ(tie(id.datatype, id.nullable, id.inPrimaryKey, id.identity), make_tuple("INT", false, true, true));
+    EXPECT_EQ(make_tuple(id.datatype, id.nullable, id.inPrimaryKey, id.identity), make_tuple("INT", false, true, true));
     const CModelColumn& name = ColumnOf(m_model, "customer", "name");
-    EXPECT_EQ(tie(name.datatype, name.width, name.attributeName, name.definition, name.checkText),
+    EXPECT_EQ(make_tuple(name.datatype, name.width, name.attributeName, name.definition, name.checkText),
               make_tuple("VAN", 80, "name", "as printed on invoices", "len(name) > 0"));
-    EXPECT_EQ(tie(name.attributeNo, name.inPrimaryKey, name.identity), make_tuple(2u, false, false));
+    EXPECT_EQ(make_tuple(name.attributeNo, name.inPrimaryKey, name.identity), make_tuple(2u, false, false));
     EXPECT_NE(name.attributeId, 0u);
     const CModelColumn& zip = ColumnOf(m_model, "customer", "zip");
-    EXPECT_EQ(tie(zip.userDatatype, zip.nullable, zip.defaultText), make_tuple("zipcode", true, "'00000'"));
+    EXPECT_EQ(make_tuple(zip.userDatatype, zip.nullable, zip.defaultText), make_tuple("zipcode", true, "'00000'"));
     const CModelColumn& balance = ColumnOf(m_model, "customer", "balance");
-    EXPECT_EQ(tie(balance.datatype, balance.width, balance.scale, balance.defaultId),
+    EXPECT_EQ(make_tuple(balance.datatype, balance.width, balance.scale, balance.defaultId),
               make_tuple("NUM", 10, 2, m_keys.zero));
 }
 
@@ -269,32 +268,32 @@ TEST_F(ReadBackTest, KeysAndIndexesWithColumnsAndSortOrder) {
     ASSERT_EQ(customer.primaryKey, 0);
     ASSERT_EQ(customer.indexes.size(), 4u);
     const CModelIndex& primary = customer.indexes[0];
-    EXPECT_EQ(tie(primary.keyType, primary.name), make_tuple('P', "pk_customer"));
+    EXPECT_EQ(make_tuple(primary.keyType, primary.name), make_tuple('P', "pk_customer"));
     ASSERT_EQ(primary.columns.size(), 1u);
     EXPECT_EQ(primary.columns[0].name, "id");
     const CModelIndex& byName = customer.indexes[1];
-    EXPECT_EQ(tie(byName.name, byName.keyType, byName.unique, byName.clustered, byName.storageSpace),
+    EXPECT_EQ(make_tuple(byName.name, byName.keyType, byName.unique, byName.clustered, byName.storageSpace),
               make_tuple("ux_customer_name", 'A', true, false, "INDEXES"));
     EXPECT_EQ(byName.storageParams[0], 12);  // code 41 fills slot 1
     ASSERT_EQ(byName.columns.size(), 1u);
     EXPECT_TRUE(byName.columns[0].descending);
     const CModelIndex& byZip = customer.indexes[2];
-    EXPECT_EQ(tie(byZip.keyType, byZip.unique, byZip.clustered, byZip.columns[0].descending),
+    EXPECT_EQ(make_tuple(byZip.keyType, byZip.unique, byZip.clustered, byZip.columns[0].descending),
               make_tuple('I', false, true, false));
     ASSERT_EQ(byZip.partitions.size(), 1u);
     const CModelPartition& partition = m_model.partitions[byZip.partitions[0]];
-    EXPECT_EQ(tie(partition.name, partition.ofIndex), make_tuple("ip_zip", true));
+    EXPECT_EQ(make_tuple(partition.name, partition.ofIndex), make_tuple("ip_zip", true));
 }
 
 TEST_F(ReadBackTest, ForeignKeysWithPairsActionsAndTheCopiesTheyUse) {
     ASSERT_EQ(m_model.foreignKeys.size(), 2u);
     const CModelForeignKey& paidBy = m_model.foreignKeys[0];
-    EXPECT_EQ(tie(paidBy.name, m_model.tables[paidBy.parentTable].name, m_model.tables[paidBy.childTable].name),
+    EXPECT_EQ(make_tuple(paidBy.name, m_model.tables[paidBy.parentTable].name, m_model.tables[paidBy.childTable].name),
               make_tuple("fk_paid_by", "customer", "invoice"));
-    EXPECT_EQ(tie(paidBy.identifying, paidBy.optional, paidBy.onDelete, paidBy.onUpdate),
+    EXPECT_EQ(make_tuple(paidBy.identifying, paidBy.optional, paidBy.onDelete, paidBy.onUpdate),
               make_tuple(false, true, 'C', 'R'));
     ASSERT_EQ(paidBy.pairs.size(), 1u);
-    EXPECT_EQ(tie(paidBy.pairs[0].parentColumn, paidBy.pairs[0].childColumn), make_tuple("id", "payer_id"));
+    EXPECT_EQ(make_tuple(paidBy.pairs[0].parentColumn, paidBy.pairs[0].childColumn), make_tuple("id", "payer_id"));
     EXPECT_EQ(m_model.foreignKeys[1].onDelete, 'N');
 
     // The physical table has payer_id once; the second relationship uses a
@@ -304,7 +303,7 @@ TEST_F(ReadBackTest, ForeignKeysWithPairsActionsAndTheCopiesTheyUse) {
     ASSERT_EQ(invoice.copies.size(), 1u);
     const CModelColumn& payer = ColumnOf(m_model, "invoice", "payer_id");
     EXPECT_EQ(payer.foreignKeys, (std::vector<int>{0, 1}));
-    EXPECT_EQ(tie(invoice.copies[0].isCopy, invoice.copies[0].copyOf, invoice.copies[0].copyFor),
+    EXPECT_EQ(make_tuple(invoice.copies[0].isCopy, invoice.copies[0].copyOf, invoice.copies[0].copyFor),
               make_tuple(true, payer.attributeNo, 1));
     EXPECT_EQ(invoice.foreignKeys, (std::vector<int>{0, 1}));
     EXPECT_EQ(TableOf(m_model, "customer").referencedBy, (std::vector<int>{0, 1}));
@@ -312,32 +311,33 @@ TEST_F(ReadBackTest, ForeignKeysWithPairsActionsAndTheCopiesTheyUse) {
 
 TEST_F(ReadBackTest, ChecksDefaultsRulesUserDatatypesAndBindings) {
     ASSERT_EQ(m_model.checks.size(), 2u);
-    EXPECT_EQ(tie(m_model.checks[0].name, m_model.checks[0].text, m_model.checks[0].column),
+    EXPECT_EQ(make_tuple(m_model.checks[0].name, m_model.checks[0].text, m_model.checks[0].column),
               make_tuple("ck_total", "total >= 0", "total"));
     EXPECT_EQ(m_model.checks[1].column, "");
     EXPECT_EQ(TableOf(m_model, "invoice").checks, (std::vector<int>{0, 1}));
     ASSERT_EQ(m_model.defaults.size(), 1u);
-    EXPECT_EQ(tie(m_model.defaults[0].name, m_model.defaults[0].text), make_tuple("df_zero", "0"));
+    EXPECT_EQ(make_tuple(m_model.defaults[0].name, m_model.defaults[0].text), make_tuple("df_zero", "0"));
     ASSERT_EQ(m_model.rules.size(), 1u);
     EXPECT_EQ(m_model.rules[0].text, "@v > 0");
     ASSERT_EQ(m_model.userDatatypes.size(), 2u);
     const CModelUserDatatype& zipcode = Named(m_model.userDatatypes, "zipcode");
-    EXPECT_EQ(tie(zipcode.datatype, zipcode.length, zipcode.ruleId), make_tuple("CH", 5, m_keys.positive));
+    EXPECT_EQ(make_tuple(zipcode.datatype, zipcode.length, zipcode.ruleId), make_tuple("CH", 5, m_keys.positive));
 }
 
 TEST_F(ReadBackTest, CodeObjectsWithTheirWholeTextAndPartitions) {
     const CModel& m = m_model;
     ASSERT_EQ(m.triggers.size(), 1u);
-    EXPECT_EQ(tie(m.triggers[0].name, m.triggers[0].kind, m.tables[m.triggers[0].table].name, m.triggers[0].text),
+    EXPECT_EQ(make_tuple(m.triggers[0].name, m.triggers[0].kind, m.tables[m.triggers[0].table].name,
+                         m.triggers[0].text),
               make_tuple("tr_invoice", 2, "invoice", "create trigger tr_invoice ..."));
     ASSERT_EQ(m.procedures.size(), 1u);
-    EXPECT_EQ(tie(m.procedures[0].owner, m.procedures[0].text),
+    EXPECT_EQ(make_tuple(m.procedures[0].owner, m.procedures[0].text),
               make_tuple("sales", "create procedure p_close\nas ..."));
     ASSERT_EQ(m.packages.size(), 1u);
-    EXPECT_EQ(tie(m.packages[0].text, m.packages[0].body),
+    EXPECT_EQ(make_tuple(m.packages[0].text, m.packages[0].body),
               make_tuple("package pk_billing is end;", "package body pk_billing is end;"));
     ASSERT_EQ(m.storageObjects.size(), 1u);
-    EXPECT_EQ(tie(m.storageObjects[0].kind, m.storageObjects[0].text), make_tuple(1, "CREATE STOGROUP SG1"));
+    EXPECT_EQ(make_tuple(m.storageObjects[0].kind, m.storageObjects[0].text), make_tuple(1, "CREATE STOGROUP SG1"));
     ASSERT_EQ(m.referencedObjects.size(), 1u);
     EXPECT_EQ(m.referencedObjects[0].values, (std::array<std::uint32_t, 4>{1, 2, 3, 4}));
     EXPECT_NE(m.referencedObjects[0].metaTableKey, 0u);
@@ -346,9 +346,11 @@ TEST_F(ReadBackTest, CodeObjectsWithTheirWholeTextAndPartitions) {
     const CModelTable& customer = TableOf(m, "customer");
     ASSERT_EQ(customer.partitions.size(), 1u);  // the index's partition is listed by the index
     const CModelPartition& partition = m.partitions[customer.partitions[0]];
-    EXPECT_EQ(tie(partition.name, partition.ofIndex, partition.key), make_tuple("p_old", false, m_keys.oldPartition));
+    EXPECT_EQ(make_tuple(partition.name, partition.ofIndex, partition.key),
+              make_tuple("p_old", false, m_keys.oldPartition));
     ASSERT_EQ(partition.properties.size(), 1u);
-    EXPECT_EQ(tie(partition.properties[0].name, partition.properties[0].text), make_tuple("Partition Limit", "100"));
+    EXPECT_EQ(make_tuple(partition.properties[0].name, partition.properties[0].text),
+              make_tuple("Partition Limit", "100"));
 }
 
 TEST_F(ReadBackTest, AModelSavedAgainReadsAsItWasLastSaved) {
@@ -365,7 +367,7 @@ TEST_F(ReadBackTest, AModelSavedAgainReadsAsItWasLastSaved) {
     });
     const CModelTable& customer = TableOf(model, "customer");
     const CModelColumn& name = ColumnOf(model, "customer", "name");
-    EXPECT_EQ(tie(name.width, name.nullable), make_tuple(99, true));
+    EXPECT_EQ(make_tuple(name.width, name.nullable), make_tuple(99, true));
     ASSERT_EQ(customer.indexes.size(), 4u);
     EXPECT_EQ(make_tuple(customer.columns.size(), customer.indexes[1].columns.size(), model.checks.size(),
                          TableOf(model, "invoice").checks.size(), TableOf(model, "invoice").copies.size()),

@@ -87,7 +87,8 @@ std::string Show(const CConstraintDecl& constraint) {
         break;
     case EConstraintKind::ForeignKey:
         text += Show(constraint.reference);
-        if (constraint.reference.name != constraint.name) text += " (reference named " + constraint.reference.name + ")";
+        if (constraint.reference.name != constraint.name)
+            text += " (reference named " + constraint.reference.name + ")";
         break;
     }
     return text + (constraint.clustered ? " CLUSTERED" : "");
@@ -117,7 +118,8 @@ std::string Show(const CTableElement& element) {
 
 void AddPartitions(const std::vector<CPartitionDecl>& partitions, Strings& lines) {
     for (const CPartitionDecl& partition : partitions)
-        lines.push_back("PARTITION " + partition.name + (partition.limit.empty() ? "" : " VALUES (" + partition.limit + ")") +
+        lines.push_back("PARTITION " + partition.name +
+                        (partition.limit.empty() ? "" : " VALUES (" + partition.limit + ")") +
                         (partition.storageSpace.empty() ? "" : " IN " + partition.storageSpace) +
                         Show(partition.options));
 }
@@ -126,10 +128,13 @@ std::string Show(const CIndexDecl& index) {
     std::string text = std::string(index.unique ? "UNIQUE " : "") +
                        (index.clustered == 1 ? "CLUSTERED " : index.clustered == 0 ? "NONCLUSTERED " : "") +
                        index.name + " ON " + Show(index.table) + " (";
-    for (std::size_t i = 0; i < index.columns.size(); ++i)
-        text += (i ? ", " : "") + index.columns[i] + (i < index.descending.size() && index.descending[i] ? " DESC" : "");
+    for (std::size_t i = 0; i < index.columns.size(); ++i) {
+        const bool descending = i < index.descending.size() && index.descending[i];
+        text += (i ? ", " : "") + index.columns[i] + (descending ? " DESC" : "");
+    }
     text += ")";
-    if (index.descending.size() != index.columns.size()) text += " [" + std::to_string(index.descending.size()) + " sort orders]";
+    if (index.descending.size() != index.columns.size())
+        text += " [" + std::to_string(index.descending.size()) + " sort orders]";
     if (!index.expression.empty()) text += " EXPRESSION " + index.expression;
     if (!index.condition.empty()) text += " " + index.condition;
     if (!index.storageSpace.empty()) text += " IN " + index.storageSpace;
@@ -139,7 +144,8 @@ std::string Show(const CIndexDecl& index) {
 std::string Show(const CAlterItem& item) {
     if (const auto* column = std::get_if<CColumnDecl>(&item)) return "add " + Show(*column);
     if (const auto* constraint = std::get_if<CConstraintDecl>(&item)) return "add " + Show(*constraint);
-    if (const auto* value = std::get_if<CColumnDefaultDecl>(&item)) return "default " + value->text + " for " + value->column;
+    if (const auto* value = std::get_if<CColumnDefaultDecl>(&item))
+        return "default " + value->text + " for " + value->column;
     if (const auto* column = std::get_if<CDropColumnDecl>(&item)) return "drop column " + column->column;
     if (const auto* constraint = std::get_if<CDropConstraintDecl>(&item))
         return constraint->primaryKey ? "drop primary key" : "drop constraint " + constraint->name;
@@ -148,7 +154,8 @@ std::string Show(const CAlterItem& item) {
     std::string line = "change " + change.column;
     if (!change.newName.empty()) line += " to " + change.newName;
     if (change.typeGiven)
-        line += " type " + change.datatype + "(" + std::to_string(change.width) + "," + std::to_string(change.scale) + ")";
+        line += " type " + change.datatype + "(" + std::to_string(change.width) + "," + std::to_string(change.scale) +
+                ")";
     if (change.nullOption >= 0) line += change.nullOption ? " null" : " not null";
     if (change.defaultChange == CColumnChangeDecl::EDefault::Set) line += " default " + change.defaultText;
     if (change.defaultChange == CColumnChangeDecl::EDefault::Drop) line += " drop default";
@@ -322,28 +329,33 @@ TEST(CreateTable, ColumnTypesSizesNullabilityDefaultsAndGeneratedValues) {
         {"unknown", "CREATE TABLE t (token CHAR(16) FOR BIT DATA NOT NULL)",
          {"CREATE TABLE: t", "token CHAR(16) NOT NULL {FOR BIT DATA=0}"}},
         {"sqlserver", "CREATE TABLE lines (price MONEY, qty INT, total AS (price * qty) PERSISTED, note VARCHAR(10))",
-         {"CREATE TABLE: lines", "price MONEY", "qty INT", "note VARCHAR(10)", "warning: computed column total skipped"}},
+         {"CREATE TABLE: lines", "price MONEY", "qty INT", "note VARCHAR(10)",
+          "warning: computed column total skipped"}},
     });
 }
 
 TEST(CreateTable, AColumnsOwnConstraints) {
     ExpectParsed({
         // Keys come first, then checks, then the reference.
-        {"unknown", "CREATE TABLE t (id INT REFERENCES parent (pid) CHECK (id > 0) NOT NULL CHECK (id < 99) PRIMARY KEY)",
+        {"unknown",
+         "CREATE TABLE t (id INT REFERENCES parent (pid) CHECK (id > 0) NOT NULL CHECK (id < 99) PRIMARY KEY)",
          {"CREATE TABLE: t", "id INT NOT NULL | PRIMARY KEY (id) | CHECK (id > 0) ON id | CHECK (id < 99) ON id"
                              " | FOREIGN KEY (id) REFERENCES parent (pid)"}},
         // Unique and primary keys keep the order written.
         {"unknown", "CREATE TABLE t (code INT CHECK (code <> 0) UNIQUE PRIMARY KEY)",
          {"CREATE TABLE: t", "code INT | UNIQUE (code) | PRIMARY KEY (code) | CHECK (code <> 0) ON code"}},
         // T-SQL clusters a table on a unique constraint as well as on its primary key.
-        {"sqlserver", "CREATE TABLE c (a INT PRIMARY KEY CLUSTERED, b INT UNIQUE CLUSTERED, c INT PRIMARY KEY NONCLUSTERED)",
-         {"CREATE TABLE: c", "a INT | PRIMARY KEY (a) CLUSTERED", "b INT | UNIQUE (b) CLUSTERED", "c INT | PRIMARY KEY (c)"}},
+        {"sqlserver",
+         "CREATE TABLE c (a INT PRIMARY KEY CLUSTERED, b INT UNIQUE CLUSTERED, c INT PRIMARY KEY NONCLUSTERED)",
+         {"CREATE TABLE: c", "a INT | PRIMARY KEY (a) CLUSTERED", "b INT | UNIQUE (b) CLUSTERED",
+          "c INT | PRIMARY KEY (c)"}},
         // Without parent columns a reference is to the parent's primary key.
         {"unknown",
          "CREATE TABLE t (owner_id INT CONSTRAINT fk_owner REFERENCES hr.people (person_id) ON DELETE CASCADE,"
          " other_id INT REFERENCES people)",
          {"CREATE TABLE: t",
-          "owner_id INT | CONSTRAINT fk_owner FOREIGN KEY (owner_id) REFERENCES hr.people (person_id) ON DELETE CASCADE",
+          "owner_id INT | CONSTRAINT fk_owner FOREIGN KEY (owner_id) REFERENCES hr.people (person_id)"
+          " ON DELETE CASCADE",
           "other_id INT | FOREIGN KEY (other_id) REFERENCES people"}},
         // A constraint name belongs to the constraint it precedes only, and a
         // named NOT NULL names nothing after it: two constraints called ck_qty
@@ -387,7 +399,8 @@ TEST(CreateTable, TableConstraintsAndOtherForms) {
           "CONSTRAINT fk_none FOREIGN KEY (a) REFERENCES fourth (id)"}},
         {"unknown", "CREATE TABLE copy AS SELECT * FROM original;",
          {"CREATE TABLE", "warning: table definition without a column list skipped"}},
-        {"unknown", "CREATE TABLE hist.orders_2020 LIKE prod.orders;", {"CREATE TABLE: hist.orders_2020 LIKE prod.orders"}},
+        {"unknown", "CREATE TABLE hist.orders_2020 LIKE prod.orders;",
+         {"CREATE TABLE: hist.orders_2020 LIKE prod.orders"}},
         // OF a type takes its columns from the type and keeps its own constraints.
         {"unknown", "CREATE TABLE people OF hr.person_t (CONSTRAINT pk_people PRIMARY KEY (id)) TABLESPACE users;",
          {"CREATE TABLE: people OF person_t IN users", "CONSTRAINT pk_people PRIMARY KEY (id)"}},
@@ -417,7 +430,8 @@ TEST(PhysicalOptions, OfTablesInOrderWithTheirStorageSpace) {
         // quantities are kilobytes already.
         {"oracle", "CREATE TABLE t (id NUMBER) STORAGE (INITIAL 65536 NEXT 100 MINEXTENTS 2);",
          {"CREATE TABLE: t {INITIAL=64, NEXT=1, MINEXTENTS=2}", "id NUMBER"}},
-        {"db2zos", "CREATE INDEX ix ON t (id) PRIQTY 720 SECQTY 48;", {"CREATE INDEX: ix ON t (id) {INITIAL=720, NEXT=48}"}},
+        {"db2zos", "CREATE INDEX ix ON t (id) PRIQTY 720 SECQTY 48;",
+         {"CREATE INDEX: ix ON t (id) {INITIAL=720, NEXT=48}"}},
         // The storage space from TABLESPACE, ON or IN, qualified names joined by dots.
         {"unknown", "CREATE TABLE t (id INT) IN db1.ts1;", {"CREATE TABLE: t IN db1.ts1", "id INT"}},
         {"sqlserver", "CREATE TABLE t (id INT) ON [PRIMARY]", {"CREATE TABLE: t IN PRIMARY", "id INT"}},
@@ -441,7 +455,8 @@ TEST(PhysicalOptions, PartitionsWithTheirLimitsSpacesAndOptions) {
          ") ENABLE ROW MOVEMENT;",
          {"CREATE TABLE: sales IN users PARTITION BY (sold, region) {ROW MOVEMENT=1}", "id NUMBER", "sold DATE",
           "region VARCHAR2(2)",
-          "PARTITION p2019 VALUES (TO_DATE('2020-01-01', 'YYYY-MM-DD'), 'ZZ') IN ts_2019 {PCTFREE=5, LOGGING=0, INITIAL=1024}",
+          "PARTITION p2019 VALUES (TO_DATE('2020-01-01', 'YYYY-MM-DD'), 'ZZ') IN ts_2019"
+          " {PCTFREE=5, LOGGING=0, INITIAL=1024}",
           "PARTITION p_rest VALUES (MAXVALUE, MAXVALUE) {LOGGING=1}"}},
         {"oracle",
          "CREATE TABLE c (region CHAR(2)) PARTITION BY LIST (region)"
@@ -474,7 +489,8 @@ TEST(PhysicalOptions, OfIndexesAndTheirPartitions) {
         {"oracle",
          "CREATE INDEX ix_name ON people (last_name) PCTFREE 5 INITRANS 4 REVERSE TABLESPACE idx_ts\n"
          "  STORAGE (INITIAL 128K NEXT 2M);",
-         {"CREATE INDEX: ix_name ON people (last_name) IN idx_ts {PCTFREE=5, INITRANS=4, REVERSE=1, INITIAL=128, NEXT=2048}"}},
+         {"CREATE INDEX: ix_name ON people (last_name) IN idx_ts"
+          " {PCTFREE=5, INITRANS=4, REVERSE=1, INITIAL=128, NEXT=2048}"}},
         // NOT CLUSTER is an option, not the CLUSTERED of the statement.
         {"db2zos",
          "CREATE INDEX ix1 ON t (a) USING STOGROUP sg1 PRIQTY 720 SECQTY 48 BUFFERPOOL BP2 CLOSE NO\n"
@@ -483,7 +499,9 @@ TEST(PhysicalOptions, OfIndexesAndTheirPartitions) {
           " PIECESIZE='2G', CLUSTER=0, COMPRESS=1, GBPCACHE='ALL'}"}},
         // A local index follows its table's partitions or lists its own.
         {"oracle", "CREATE INDEX ix ON sales (sold) LOCAL;", {"CREATE INDEX: ix ON sales (sold) LOCAL"}},
-        {"oracle", "CREATE INDEX ix ON sales (sold) LOCAL (PARTITION ip1 TABLESPACE its1 PCTFREE 20, PARTITION ip2) TABLESPACE idx;",
+        {"oracle",
+         "CREATE INDEX ix ON sales (sold) LOCAL (PARTITION ip1 TABLESPACE its1 PCTFREE 20, PARTITION ip2)"
+         " TABLESPACE idx;",
          {"CREATE INDEX: ix ON sales (sold) IN idx LOCAL", "PARTITION ip1 IN its1 {PCTFREE=20}", "PARTITION ip2"}},
     });
 }
@@ -497,7 +515,8 @@ TEST(CreateIndex, ColumnsExpressionsConditionsAndFilegroups) {
          {"CREATE INDEX: UNIQUE CLUSTERED ix_o ON dbo.orders (placed DESC, id, c)"}},
         {"sqlserver", "CREATE NONCLUSTERED INDEX ix ON t (a)", {"CREATE INDEX: NONCLUSTERED ix ON t (a)"}},
         // An expression index keeps the (first) expression and no columns.
-        {"unknown", "CREATE INDEX ix ON people (lower(name));", {"CREATE INDEX: ix ON people () EXPRESSION lower(name)"}},
+        {"unknown", "CREATE INDEX ix ON people (lower(name));",
+         {"CREATE INDEX: ix ON people () EXPRESSION lower(name)"}},
         {"unknown", "CREATE INDEX ix ON people (id, upper(city), zip);",
          {"CREATE INDEX: ix ON people () EXPRESSION upper(city)"}},
         {"unknown", "CREATE INDEX ix ON t (a + b);", {"CREATE INDEX: ix ON t () EXPRESSION a + b"}},
@@ -527,15 +546,19 @@ TEST(AlterTable, AddsColumnsConstraintsAndDefaults) {
         {"unknown",
          "ALTER TABLE lines ADD CONSTRAINT fk_order FOREIGN KEY (order_id) REFERENCES orders (id)"
          " ON DELETE SET NULL ENABLE NOVALIDATE;",
-         {"ALTER TABLE: lines", "add CONSTRAINT fk_order FOREIGN KEY (order_id) REFERENCES orders (id) ON DELETE SET NULL"}},
-        {"sqlserver", "ALTER TABLE lines WITH NOCHECK ADD CHECK (qty > 0)", {"ALTER TABLE: lines", "add CHECK (qty > 0)"}},
+         {"ALTER TABLE: lines",
+          "add CONSTRAINT fk_order FOREIGN KEY (order_id) REFERENCES orders (id) ON DELETE SET NULL"}},
+        {"sqlserver", "ALTER TABLE lines WITH NOCHECK ADD CHECK (qty > 0)",
+         {"ALTER TABLE: lines", "add CHECK (qty > 0)"}},
         {"sqlserver", "ALTER TABLE [dbo].[lines] ADD CONSTRAINT [df_qty] DEFAULT ((0)) FOR [qty]",
          {"ALTER TABLE: dbo.lines", "default ((0)) for qty"}},
         // Several additions in parentheses, separated by commas, or each with its own ADD (DB2).
         {"oracle", "ALTER TABLE t ADD (a NUMBER, b VARCHAR2(10) NOT NULL, CONSTRAINT u_ab UNIQUE (a, b));",
          {"ALTER TABLE: t", "add a NUMBER", "add b VARCHAR2(10) NOT NULL", "add CONSTRAINT u_ab UNIQUE (a, b)"}},
-        {"sqlserver", "ALTER TABLE t ADD a INT NULL, b INT NOT NULL", {"ALTER TABLE: t", "add a INT NULL", "add b INT NOT NULL"}},
-        {"db2", "ALTER TABLE t ADD COLUMN a INT ADD COLUMN b CHAR(3);", {"ALTER TABLE: t", "add a INT", "add b CHAR(3)"}},
+        {"sqlserver", "ALTER TABLE t ADD a INT NULL, b INT NOT NULL",
+         {"ALTER TABLE: t", "add a INT NULL", "add b INT NOT NULL"}},
+        {"db2", "ALTER TABLE t ADD COLUMN a INT ADD COLUMN b CHAR(3);",
+         {"ALTER TABLE: t", "add a INT", "add b CHAR(3)"}},
         {"sqlserver", "ALTER TABLE t ADD total AS (a * b)", {"ALTER TABLE", "warning: computed column total skipped"}},
         // An alteration of nothing the model holds is no declaration.
         {"unknown", "ALTER TABLE t DROP UNUSED COLUMNS;", {"ALTER TABLE"}},
@@ -623,7 +646,8 @@ TEST(ViewsAndCode, NameKindTriggerTableAndWholeText) {
          "  PROCEDURE raise(p NUMBER) IS BEGIN NULL; END;\n"
          "END pay;\n"
          "/\n",
-         {"CREATE PACKAGE: package hr.pay", "CREATE OR REPLACE PACKAGE hr.pay AS\n  PROCEDURE raise(p NUMBER);\nEND pay;",
+         {"CREATE PACKAGE: package hr.pay",
+          "CREATE OR REPLACE PACKAGE hr.pay AS\n  PROCEDURE raise(p NUMBER);\nEND pay;",
           "CREATE PACKAGE: package body hr.pay",
           "CREATE OR REPLACE PACKAGE BODY hr.pay AS\n  PROCEDURE raise(p NUMBER) IS BEGIN NULL; END;\nEND pay;"},
          {1, 5}},
@@ -684,7 +708,8 @@ TEST(CatalogObjects, StorageObjectsDefaultsRulesUserTypesBindingsAndComments) {
         {"oracle", "CREATE OR REPLACE TYPE address_t AS OBJECT (street VARCHAR2(40), zip NUMBER(5) NOT NULL);",
          {"CREATE TYPE: object type address_t", "street VARCHAR2(40)", "zip NUMBER(5) NOT NULL"}},
         // Names are handed on as written; the model strips their decorations.
-        {"sqlserver", "EXEC sp_addtype ssn, 'varchar(11)', 'NOT NULL'", {"EXECUTE SP_ADDTYPE: type ssn FROM varchar(11)"}},
+        {"sqlserver", "EXEC sp_addtype ssn, 'varchar(11)', 'NOT NULL'",
+         {"EXECUTE SP_ADDTYPE: type ssn FROM varchar(11)"}},
         {"sqlserver", "EXEC dbo.sp_addtype @typename = N'phone', @phystype = N'varchar(20)', @nulltype = N'NULL'",
          {"EXECUTE SP_ADDTYPE: type N'phone' FROM varchar(20)"}},
         {"sqlserver", "sp_addtype birthday, datetime, 'NULL'", {"EXECUTE SP_ADDTYPE: type birthday FROM datetime"}},
@@ -747,7 +772,8 @@ TEST(Statements, TerminatorsOfEachStyleOfScript) {
          "  a_id int)\n"
          "CREATE INDEX ix_b ON b (a_id)\n"
          "ALTER TABLE b ADD CONSTRAINT fk_b FOREIGN KEY (a_id) REFERENCES a (id)\n",
-         {"CREATE TABLE: a", "id int NOT NULL", "CREATE TABLE: b", "id int", "a_id int", "CREATE INDEX: ix_b ON b (a_id)",
+         {"CREATE TABLE: a", "id int NOT NULL", "CREATE TABLE: b", "id int", "a_id int",
+          "CREATE INDEX: ix_b ON b (a_id)",
           "ALTER TABLE: b", "add CONSTRAINT fk_b FOREIGN KEY (a_id) REFERENCES a (id)"},
          {1, 2, 4, 5}},
         {"sqlserver", "CREATE TABLE a (id int);\nCREATE TABLE b (id int)\nCREATE TABLE c (id int)\n",
