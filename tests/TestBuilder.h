@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <sstream>
 #include <string>
 
 #include <VrnIntf.h>
@@ -60,6 +61,19 @@ inline std::string WithKey(std::string pattern, unsigned long key) {
     const std::size_t at = pattern.find('K');
     if (at != std::string::npos) pattern.replace(at, 1, std::to_string(key));
     return pattern;
+}
+
+// The columns of `row` named in `names` (separated by spaces) as
+// "name=value name=value", so that several fields are compared at once and a
+// mismatch shows every one of them.
+inline std::string Fields(const CRowValues& row, const std::string& names) {
+    std::istringstream list(names);
+    std::string name, fields;
+    while (list >> name) {
+        const auto found = row.find(name);
+        fields += (fields.empty() ? "" : " ") + name + "=" + (found == row.end() ? "<no column>" : found->second);
+    }
+    return fields;
 }
 
 // Saves `builder` as `name` in `dir`, expecting the save to succeed, and

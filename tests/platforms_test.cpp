@@ -102,8 +102,14 @@ TEST(PlatformTableTest, HasOneEntryPerCodeWithFiveUnused) {
 
 TEST(PlatformTableTest, OnlySybaseAndNewerSqlServerDefaultToNotNull) {
     const std::set<int> notNullPlatforms = {2, 3, 11, 33, 36, 37, 41, 43, 54};
-    for (int code = -2; code <= 60; ++code)
-        EXPECT_EQ(PlatformIsNullableByDefault(code), notNullPlatforms.count(code) == 0) << code;
+    for (int code = -2; code <= 60; ++code) {
+        SCOPED_TRACE(code);
+        const bool nullable = notNullPlatforms.count(code) == 0;
+        EXPECT_EQ(PlatformIsNullableByDefault(code), nullable);
+        CVrnAPI builder;
+        builder.Initialize(code, nullptr);
+        EXPECT_EQ(builder.GetNullableDefault(), nullable ? 1 : 0);
+    }
 }
 
 TEST(PlatformTableTest, EachRuleHoldsOnExactlyItsPlatforms) {
