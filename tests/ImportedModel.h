@@ -6,6 +6,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <functional>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -53,6 +54,15 @@ inline CModel ReadModel(const std::string& path) {
     std::string error;
     EXPECT_TRUE(ReadModelFile(path, model, error)) << error;
     return model;
+}
+
+// A model file made at `path` through a builder for `platform` by `build`.
+inline void BuildModelFile(const std::string& path, int platform, const std::function<void(CVrnAPI&)>& build) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(platform, nullptr), 1);
+    build(builder);
+    builder.SaveToFile(path.c_str());
+    ASSERT_STREQ(builder.GetVrnFile()->GetLastError(), "");
 }
 
 // The model the builder holds, saved to `path` and read back.

@@ -11,6 +11,7 @@
 
 #include "CommandLineTest.h"
 #include "HeadlessBrowser.h"
+#include "ImportedModel.h"
 #include "ModelDiagram.h"
 #include "ModelFileReader.h"
 #include "TestBuilder.h"
@@ -60,11 +61,7 @@ protected:
         builder.AddForeignKeyColumnPair(has, "ID", "EMP_ID", 0);
         const unsigned long broken = builder.AddForeignKey(dept, skill, "FK_BROKEN", nullptr, nullptr);
         builder.AddForeignKeyColumnPair(broken, "NAME", "SKILL", 0);  // not the parent's key: invalid
-        const std::string path = m_dir.File("model.vrn");
-        builder.SaveToFile(path.c_str());
-        ASSERT_STREQ(builder.GetVrnFile()->GetLastError(), "");
-        std::string error;
-        ASSERT_TRUE(ReadModelFile(path, m_model, error)) << error;
+        m_model = SaveAndRead(builder, m_dir.File("model.vrn"));
     }
     static unsigned long Table(CVrnAPI& builder, const char* owner, const char* name,
                                std::initializer_list<const char*> columns, std::initializer_list<const char*> keys) {
@@ -173,11 +170,7 @@ TEST(DiagramShape, ManyLoneTablesStillMakeAPictureShapedForAScreen) {
         const unsigned long fk = builder.AddForeignKey(tables[parent], tables[i], nullptr, nullptr, nullptr);
         builder.AddForeignKeyColumnPair(fk, "COLUMN_0", "COLUMN_1", 0);
     }
-    const std::string path = dir.File("shape.vrn");
-    builder.SaveToFile(path.c_str());
-    CModel model;
-    std::string error;
-    ASSERT_TRUE(ReadModelFile(path, model, error)) << error;
+    const CModel model = SaveAndRead(builder, dir.File("shape.vrn"));
     for (EDiagramColumns columns : {EDiagramColumns::All, EDiagramColumns::Keys, EDiagramColumns::None}) {
         CDiagramOptions options;
         options.columns = columns;
@@ -226,11 +219,7 @@ TEST_F(DiagramCommandTest, NothingToDrawIsAFailureNotAnEmptyPicture) {
     EXPECT_FALSE(std::ifstream(out).good());
 
     const std::string empty = m_dir.File("empty.vrn");
-    {
-        CVrnAPI builder;
-        ASSERT_EQ(builder.Initialize(34, nullptr), 1);
-        builder.SaveToFile(empty.c_str());
-    }
+    BuildModelFile(empty, 34, [](CVrnAPI&) {});
     EXPECT_EQ(Run("diagram " + empty + " -o " + out), 1);
     EXPECT_NE(Err().find("has no tables to draw"), std::string::npos) << Err();
     EXPECT_FALSE(std::ifstream(out).good());
@@ -238,12 +227,10 @@ TEST_F(DiagramCommandTest, NothingToDrawIsAFailureNotAnEmptyPicture) {
 
 TEST_F(DiagramCommandTest, ThePageCarriesTheModelDataWithoutEndingItsScript) {
     REQUIRE_COMMAND("dot");
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(34, nullptr), 1);
-    const unsigned long table = builder.AddEntity("</script><b>x", "O", 0, 0);
-    builder.AddAttribute(table, "A&B", "NUMBER", 6, -1, 1, 0);
     const std::string model = m_dir.File("odd.vrn"), page = m_dir.File("odd.html");
-    builder.SaveToFile(model.c_str());
+    BuildModelFile(model, 34, [](CVrnAPI& builder) {
+        builder.AddAttribute(builder.AddEntity("</script><b>x", "O", 0, 0), "A&B", "NUMBER", 6, -1, 1, 0);
+    });
     ASSERT_EQ(Run("diagram " + model + " -o " + page), 0) << Err();
     const std::string html = ReadBytes(page);
     EXPECT_EQ(Occurrences(html, "</script>"), 2);  // the page's own two
@@ -262,8 +249,7 @@ protected:
             GTEST_SKIP() << "Graphviz or Chromium is not installed";
         m_model = m_dir.File("flowable.vrn");
         ASSERT_EQ(Run("import " + Sample("flowable_mssql_all_create.sql") + " -o " + m_model), 0) << Err();
-        std::string error;
-        ASSERT_TRUE(ReadModelFile(m_model, m_read, error)) << error;
+        m_read = ReadModel(m_model);
         ASSERT_EQ(m_read.tables.size(), 62u);
         const std::string page = m_dir.File("flowable.html");
         ASSERT_EQ(Run("diagram " + m_model + " -o " + page), 0) << Err();
@@ -361,9 +347,7 @@ TEST_F(DiagramPageTest, ClickingATableShowsItsDetails) {
     m_browser.Click(box[0].get<double>() + box[2].get<double>() / 2, box[1].get<double>() + 12);
     ASSERT_EQ(m_browser.Evaluate("getComputedStyle(document.getElementById('panel')).display"), "block");
     const std::string panel = m_browser.Evaluate("document.getElementById('panel').innerText");
-    const CModelTable* table = nullptr;
-    for (const CModelTable& each : m_read.tables)
-        if (each.name == "ACT_RU_TASK") table = &each;
+    const CModelTable* table = FindTable(m_read, "ACT_RU_TASK");
     ASSERT_NE(table, nullptr);
     EXPECT_NE(panel.find("ACT_RU_TASK"), std::string::npos);
     for (const CModelColumn& column : table->columns)
