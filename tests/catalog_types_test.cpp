@@ -83,8 +83,7 @@ TEST_F(CatalogTypesTest, DefaultNamesAreKeptAsGiven) {
     auto reader = Save();
     const auto rows = reader->Rows("Defaults");
     ASSERT_EQ(rows.size(), 1u);
-    EXPECT_EQ(rows[0].at("name"), "'Quoted'");
-    EXPECT_EQ(rows[0].at("text"), " 0 ");
+    EXPECT_EQ(Fields(rows[0], "name text"), "name='Quoted' text= 0 ");
 }
 
 TEST_F(CatalogTypesTest, UserDatatypesCarryTheMappedBaseType) {
@@ -98,17 +97,10 @@ TEST_F(CatalogTypesTest, UserDatatypesCarryTheMappedBaseType) {
     auto reader = Save();
     const auto rows = reader->Rows("UserDatatype");
     ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(rows[0].at("name"), "Boolean");
-    EXPECT_EQ(rows[0].at("datatype"), "BIT");
-    EXPECT_EQ(rows[0].at("length"), "-1");
-    EXPECT_EQ(rows[1].at("name"), "ation");
-    EXPECT_EQ(rows[1].at("datatype"), "VAR");
-    EXPECT_EQ(rows[1].at("length"), "30");
-    EXPECT_EQ(rows[2].at("datatype"), "DC");
-    EXPECT_EQ(rows[2].at("length"), "10");
-    EXPECT_EQ(rows[2].at("scale"), "2");
-    EXPECT_EQ(rows[2].at("user_datatype_id"), "3");
-    EXPECT_EQ(rows[2].at("default_id"), "0");
+    EXPECT_EQ(Fields(rows[0], "name datatype length"), "name=Boolean datatype=BIT length=-1");
+    EXPECT_EQ(Fields(rows[1], "name datatype length"), "name=ation datatype=VAR length=30");
+    EXPECT_EQ(Fields(rows[2], "datatype length scale user_datatype_id default_id"),
+              "datatype=DC length=10 scale=2 user_datatype_id=3 default_id=0");
 }
 
 TEST_F(CatalogTypesTest, AnUnknownBaseTypeAddsNothingAndUsesNoNumber) {

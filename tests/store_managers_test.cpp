@@ -24,6 +24,13 @@ protected:
         return path;
     }
 
+    // Saves the test's builder as `name` and opens that file in a new builder.
+    std::unique_ptr<CTestBuilder> SaveAndReopen(const std::string& name) {
+        const std::string path = Save(m_builder, name);
+        auto reopened = std::make_unique<CTestBuilder>();
+        EXPECT_EQ(reopened->Initialize(34, path.c_str()), 1);
+        return reopened;
+    }
     CPropertyMgr& Properties() { return *m_builder.GetPropertyMgr(); }
 
     CScratchDir m_dir;
@@ -45,15 +52,12 @@ TEST_F(ManagersTest, KeysAreUniqueWithinAKeyClass) {
 TEST_F(ManagersTest, ReopenedModelsContinueTheirKeys) {
     for (int i = 0; i < 5; ++i) m_builder.AllocKey(EKeyClass::Entity);
     m_builder.AllocKey(EKeyClass::Index);
-    const std::string path = Save(m_builder, "keys.vrn");
+    const auto reopened = SaveAndReopen("keys.vrn");
+    EXPECT_EQ(reopened->AllocKey(EKeyClass::Entity), 6u);
+    EXPECT_EQ(reopened->AllocKey(EKeyClass::Index), 2u);
+    EXPECT_EQ(reopened->AllocKey(EKeyClass::Attribute), 1u);
 
-    CTestBuilder reopened;
-    ASSERT_EQ(reopened.Initialize(34, path.c_str()), 1);
-    EXPECT_EQ(reopened.AllocKey(EKeyClass::Entity), 6u);
-    EXPECT_EQ(reopened.AllocKey(EKeyClass::Index), 2u);
-    EXPECT_EQ(reopened.AllocKey(EKeyClass::Attribute), 1u);
-
-    CModelFileReader reader(Save(reopened, "again.vrn"));
+    CModelFileReader reader(Save(*reopened, "again.vrn"));
     EXPECT_EQ(reader.Scalar("SELECT last_key FROM KeyAllocator WHERE key_class = 35"), "6");
 }
 
@@ -83,14 +87,13 @@ TEST_F(ManagersTest, NameSpaceEntersEachTextOnce) {
 
 TEST_F(ManagersTest, NameSpaceTextsSurviveAReopen) {
     const std::int32_t id = m_builder.GetNameSpaceMgr()->EnterString("SALES");
-    const std::string path = Save(m_builder, "names.vrn");
-    CTestBuilder reopened;
-    ASSERT_EQ(reopened.Initialize(34, path.c_str()), 1);
+    const auto reopened = SaveAndReopen("names.vrn");
+    CNameSpaceMgr& names = *reopened->GetNameSpaceMgr();
     CString text;
-    reopened.GetNameSpaceMgr()->GetStringFromNameSpace(text, id);
+    names.GetStringFromNameSpace(text, id);
     EXPECT_STREQ(text, "SALES");
-    EXPECT_EQ(reopened.GetNameSpaceMgr()->EnterString("SALES"), id);
-    EXPECT_EQ(reopened.GetNameSpaceMgr()->EnterString("NEW"), id + 1);
+    EXPECT_EQ(names.EnterString("SALES"), id);
+    EXPECT_EQ(names.EnterString("NEW"), id + 1);
 }
 
 TEST_F(ManagersTest, ObjectTypesAreNumberedByRowTypeThenFrom530) {
@@ -104,12 +107,10 @@ TEST_F(ManagersTest, ObjectTypesAreNumberedByRowTypeThenFrom530) {
     CString empty;
     EXPECT_EQ(types.GetObjectTypeId(empty), 0);
 
-    const std::string path = Save(m_builder, "types.vrn");
-    CTestBuilder reopened;
-    ASSERT_EQ(reopened.Initialize(34, path.c_str()), 1);
+    const auto reopened = SaveAndReopen("types.vrn");
     CString third("Third");
-    EXPECT_EQ(reopened.GetGuidMgr()->GetObjectTypeId(extra), 530);
-    EXPECT_EQ(reopened.GetGuidMgr()->GetObjectTypeId(third), 532);
+    EXPECT_EQ(reopened->GetGuidMgr()->GetObjectTypeId(extra), 530);
+    EXPECT_EQ(reopened->GetGuidMgr()->GetObjectTypeId(third), 532);
 }
 
 TEST_F(ManagersTest, PropertyInsertionsAreCheckedAgainstTheCatalogue) {
@@ -182,19 +183,14 @@ TEST_F(ManagersTest, PartitionsGetKeysOfTheirOwn) {
     EXPECT_EQ(Properties().InsertTablePartition(5, refused, nullptr, 0), 0);
     EXPECT_EQ(Properties().InsertIndexPartition(0, refused, "IP2", 0), 0);
 
-    const std::string path = Save(m_builder, "parts.vrn");
-    CModelFileReader reader(path);
+    const auto reopened = SaveAndReopen("parts.vrn");
+    CModelFileReader reader(m_dir.File("parts.vrn"));
     const auto rows = reader.Rows("Partition", "partition_key");
     ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[0].at("owner_kind"), "table");
-    EXPECT_EQ(rows[0].at("name"), "P2024");
-    EXPECT_EQ(rows[1].at("owner_kind"), "index");
-    EXPECT_EQ(rows[1].at("int_arg"), "3");
-
-    CTestBuilder reopened;
-    ASSERT_EQ(reopened.Initialize(34, path.c_str()), 1);
+    EXPECT_EQ(Fields(rows[0], "owner_kind name"), "owner_kind=table name=P2024");
+    EXPECT_EQ(Fields(rows[1], "owner_kind int_arg"), "owner_kind=index int_arg=3");
     unsigned long third = 0;
-    EXPECT_EQ(reopened.GetPropertyMgr()->InsertTablePartition(5, third, "P2025", 0), 1);
+    EXPECT_EQ(reopened->GetPropertyMgr()->InsertTablePartition(5, third, "P2025", 0), 1);
     EXPECT_EQ(third, 3u);
 }
 
@@ -202,24 +198,18 @@ TEST_F(ManagersTest, PropertiesAreSavedInCallOrderWithNullForNoText) {
     Properties().InsertTableProperty(5, 3, 7, nullptr, 0);
     Properties().InsertAttributeProperty(9, 49, 64, "10", 0);
     Properties().InsertOverflowSegmentProperty(5, 10, 15, "", 2);
-    const std::string path = Save(m_builder, "props.vrn");
-    CModelFileReader reader(path);
+    const auto reopened = SaveAndReopen("props.vrn");
+    CModelFileReader reader(m_dir.File("props.vrn"));
     const auto rows = reader.Rows("Property", "prop_seq");
     ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(rows[0].at("owner_kind"), "table");
-    EXPECT_EQ(rows[0].at("text"), "NULL");
-    EXPECT_EQ(rows[1].at("owner_kind"), "attribute");
-    EXPECT_EQ(rows[1].at("text"), "10");
-    EXPECT_EQ(rows[2].at("owner_kind"), "overflow");
-    EXPECT_EQ(rows[2].at("text"), "");
-    EXPECT_EQ(rows[2].at("int_arg"), "2");
+    EXPECT_EQ(Fields(rows[0], "owner_kind text"), "owner_kind=table text=NULL");
+    EXPECT_EQ(Fields(rows[1], "owner_kind text"), "owner_kind=attribute text=10");
+    EXPECT_EQ(Fields(rows[2], "owner_kind text int_arg"), "owner_kind=overflow text= int_arg=2");
     EXPECT_EQ(reader.Scalar("SELECT typeof(text) FROM Property WHERE prop_seq = 1"), "null");
     EXPECT_EQ(reader.Count("PropertyValue"), kPropertyValueCount);
 
-    CTestBuilder reopened;
-    ASSERT_EQ(reopened.Initialize(34, path.c_str()), 1);
-    reopened.GetPropertyMgr()->InsertTableProperty(6, 4, 9, nullptr, 0);
-    CModelFileReader again(Save(reopened, "props2.vrn"));
+    reopened->GetPropertyMgr()->InsertTableProperty(6, 4, 9, nullptr, 0);
+    CModelFileReader again(Save(*reopened, "props2.vrn"));
     EXPECT_EQ(again.Count("Property"), 4);
     EXPECT_EQ(again.Scalar("SELECT text FROM Property WHERE prop_seq = 2"), "10");
 }
