@@ -178,16 +178,10 @@ TEST_F(PropertiesTest, AttributeCodesSetFieldsOrStoreProperties) {
     EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 5, "anything"), 1);
     auto reader = Save();
     const auto row = reader->Rows("Attribute").at(0);
-    EXPECT_EQ(row.at("width"), "12");
-    EXPECT_EQ(row.at("scale"), "3");
-    EXPECT_EQ(row.at("null_option"), "1");
-    EXPECT_EQ(row.at("option12"), "-2");
-    EXPECT_EQ(row.at("option13"), "9");
-    EXPECT_EQ(row.at("flag_text"), "Y");
-    EXPECT_EQ(row.at("definition"), "how many");
-    EXPECT_EQ(row.at("default_text"), "0");
-    EXPECT_EQ(row.at("text10"), "ten");
-    EXPECT_EQ(row.at("check_constraint"), "QTY > 0");
+    EXPECT_EQ(Fields(row, "width scale null_option option12 option13 flag_text"),
+              "width=12 scale=3 null_option=1 option12=-2 option13=9 flag_text=Y");
+    EXPECT_EQ(Fields(row, "definition default_text text10 check_constraint"),
+              "definition=how many default_text=0 text10=ten check_constraint=QTY > 0");
 }
 
 TEST_F(PropertiesTest, RenamingAnAttributeFindsItUnderTheNewName) {

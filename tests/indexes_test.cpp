@@ -69,15 +69,6 @@ TEST_F(IndexesTest, ASecondPrimaryKeyIsRefused) {
     EXPECT_EQ(Entity().m_nextIndexNo, 2);
 }
 
-TEST_F(IndexesTest, AnUnnamedPrimaryKeyAnswersAnEmptyName) {
-    Start(34);
-    const char* name = m_builder.AddPrimaryKey(m_entity, nullptr);
-    ASSERT_NE(name, nullptr);
-    EXPECT_STREQ(name, "");
-    EXPECT_STREQ(Entity().GetPrimaryKeyIndexObj()->GetIsUnique(), "Y");
-    EXPECT_STREQ(Entity().GetPrimaryKeyIndexObj()->m_keyType.m_text, "P");
-}
-
 TEST_F(IndexesTest, UnknownEntitiesIndexesAndColumnsAnswerZero) {
     Start(34);
     EXPECT_EQ(m_builder.AddPrimaryKey(999, "PK"), nullptr);
@@ -164,15 +155,12 @@ TEST_F(IndexesTest, TheEntitySaveWritesKeysBetweenAttributesAndStorage) {
               "attr attr attr col:1 col:1 store:1 index:1 pk pk col:2 store:2 index:2 table entity");
     const auto storage = reader->Rows("IndexStorage");
     ASSERT_EQ(storage.size(), 2u);
-    EXPECT_EQ(storage[1].at("index_key"), std::to_string(index));
-    EXPECT_EQ(storage[1].at("param3"), "64");
-    EXPECT_EQ(storage[1].at("param1"), "-1");
-    EXPECT_EQ(storage[1].at("storage_space"), "USERS");
-    EXPECT_EQ(storage[1].at("entity_key"), std::to_string(m_entity));
+    EXPECT_EQ(Fields(storage[1], "index_key param3 param1 storage_space entity_key"),
+              "index_key=" + std::to_string(index) + " param3=64 param1=-1 storage_space=USERS entity_key=" +
+                  std::to_string(m_entity));
     const auto columns = reader->Rows("IndexColumn");
     EXPECT_EQ(columns[0].at("attribute_no"), "1");
-    EXPECT_EQ(columns[1].at("attribute_no"), "2");
-    EXPECT_EQ(columns[1].at("sequence_no"), "2");
+    EXPECT_EQ(Fields(columns[1], "attribute_no sequence_no"), "attribute_no=2 sequence_no=2");
 }
 
 TEST_F(IndexesTest, WithoutKeyAttributesThePrimaryKeyIsNotWrittenButIndexesAre) {
@@ -258,15 +246,6 @@ TEST_F(IndexesTest, AlternateKeysAreFoundByTheirColumnList) {
     EXPECT_EQ(Entity().HasAKWithColumnList(columns), 0u);
     columns.RemoveAll();
     EXPECT_EQ(Entity().HasAKWithColumnList(columns), 0u);
-}
-
-TEST_F(IndexesTest, PartitionSequencesCountFromOne) {
-    Start(34);
-    const unsigned long index = m_builder.AddIndex(m_entity, "IX");
-    CVrnApiIndex& ix = IndexOf(m_builder, m_entity, 0);
-    EXPECT_EQ(ix.m_indexKey, index);
-    EXPECT_EQ(ix.NextPartitonSequenceNo(), 1);
-    EXPECT_EQ(ix.NextPartitonSequenceNo(), 2);
 }
 
 TEST(IndexWithoutBuilderTest, TakesNoColumnsOrStorageProperties) {
