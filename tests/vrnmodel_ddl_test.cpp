@@ -30,6 +30,13 @@ std::string Upper(std::string text) {
     return text;
 }
 
+// The model written as DDL for `platform` (0: generic SQL).
+CDdlScript DdlFor(const CModel& model, int platform) {
+    CDdlOptions options;
+    options.platform = platform;
+    return WriteDdl(model, options);
+}
+
 class DdlTest : public ::testing::Test {
 protected:
     // The model of `scripts` imported for `platform`, saved and read back.
@@ -41,9 +48,7 @@ protected:
     CModel Saved(CVrnAPI& builder) { return SaveAndRead(builder, m_dir.File("model" + std::to_string(m_saved++) + ".vrn")); }
     // The model's DDL for `platform` imported again for that platform.
     CModel RoundTrip(const CModel& model, int platform, CDdlScript* written = nullptr) {
-        CDdlOptions options;
-        options.platform = platform;
-        const CDdlScript script = WriteDdl(model, options);
+        const CDdlScript script = DdlFor(model, platform);
         if (written) *written = script;
         return Import(platform, {script.text});
     }
@@ -338,9 +343,7 @@ TEST_F(DdlTest, SqliteExecutesTheGenericScriptOfEverySample) {
         if (std::string(sample.prefix) == "oracle_legacy_qs") continue;  // a package, no table
         SCOPED_TRACE(sample.prefix);
         CModel model = Import(Platform(sample.platform), SampleTexts(sample.prefix));
-        CDdlOptions options;
-        options.platform = 0;
-        const CDdlScript script = WriteDdl(model, options);
+        const CDdlScript script = DdlFor(model, 0);
         const std::string database = m_dir.File(std::string(sample.prefix) + ".db");
         EXPECT_EQ(RunInSqlite({script.text}, database), "");
 
@@ -414,9 +417,7 @@ TEST_F(DdlTest, GenericNamesThatWouldClashInSqliteAreRenamedAndSaid) {
         "CREATE TABLE B.T (X INTEGER);\n"
         "CREATE INDEX A.T ON A.T (\"ID\" DESC);\n"
         "CREATE TABLE sqlite_stat9 (Y INTEGER);\n"});
-    CDdlOptions options;
-    options.platform = 0;
-    const CDdlScript script = WriteDdl(model, options);
+    const CDdlScript script = DdlFor(model, 0);
     EXPECT_EQ(script.text,
               "-- Model for generic SQL, written by vrnmodel\n"
               "-- left out: the owners of 2 tables (generic SQL names tables alone)\n"
@@ -528,9 +529,7 @@ TEST_F(DdlTest, NamesAndTextsInCommentsAndClausesStayInside) {
         EXPECT_EQ(back.tables[0].name, "a\nDROP TABLE victim;\n--");
         EXPECT_EQ(m_skipped.count("DROP"), 0u) << platform << ":\n" << script.text;
     }
-    CDdlOptions generic;
-    generic.platform = 0;
-    EXPECT_EQ(RunInSqlite({"CREATE TABLE victim (x)", WriteDdl(model, generic).text, "SELECT * FROM victim"}), "");
+    EXPECT_EQ(RunInSqlite({"CREATE TABLE victim (x)", DdlFor(model, 0).text, "SELECT * FROM victim"}), "");
 
     const CModel db2 = Import(Platform("db2"), {"CREATE TABLE t (a INTEGER) IN \"ts;DROP TABLE victim\";\n"});
     CDdlScript script;
@@ -596,10 +595,8 @@ TEST_F(DdlTest, TypesReadBackToTheirCodes) {
     EXPECT_NE(tsql.find("  c DOUBLE PRECISION NULL,"), npos) << tsql;
     // A type DB2 has no name for is written as DB2 writes its nearest, never by T-SQL's name.
     const CModel money = Import(Platform("sqlserver"), {"CREATE TABLE m (a money NULL, b bit NULL, c uniqueidentifier NULL)\nGO\n"});
-    CDdlOptions db2;
-    db2.platform = Platform("db2");
-    EXPECT_NE(WriteDdl(money, db2).text.find("  a DECIMAL(19,4),\n  b SMALLINT,\n  c CHAR(16) FOR BIT DATA\n"), npos)
-        << WriteDdl(money, db2).text;
+    const std::string db2 = DdlFor(money, Platform("db2")).text;
+    EXPECT_NE(db2.find("  a DECIMAL(19,4),\n  b SMALLINT,\n  c CHAR(16) FOR BIT DATA\n"), npos) << db2;
 }
 
 // Conditions and defaults read in one dialect are written with the quoted
@@ -608,9 +605,7 @@ TEST_F(DdlTest, ExpressionsTakeTheTargetsQuotesAndStrings) {
     const CModel model = Import(Platform("sqlserver"), {
         "CREATE TABLE [t] ([code] [nvarchar](5) NOT NULL CONSTRAINT [CK_code] CHECK ([code] IN (N'A', N'it''s')),\n"
         " [note] varchar(10) NULL DEFAULT (N'none'))\nGO\n"});
-    CDdlOptions options;
-    options.platform = 0;
-    const std::string generic = WriteDdl(model, options).text;
+    const std::string generic = DdlFor(model, 0).text;
     EXPECT_NE(generic.find("  code NVARCHAR(5) NOT NULL CONSTRAINT CK_code CHECK (code IN ('A', 'it''s')),\n"), npos)
         << generic;
     EXPECT_NE(generic.find("  note VARCHAR(10) DEFAULT ('none')\n"), npos) << generic;
@@ -633,9 +628,7 @@ TEST_F(DdlTest, KeysNamingColumnsTheModelLacksAreSaid) {
     model.tables[1].indexes.back().columns[0].name.clear();
     model.foreignKeys.at(0).pairs.at(0).childColumn.clear();
     for (const int platform : {Platform("sqlserver"), 0}) {
-        CDdlOptions options;
-        options.platform = platform;
-        const CDdlScript script = WriteDdl(model, options);
+        const CDdlScript script = DdlFor(model, platform);
         EXPECT_EQ(script.text.find("()"), npos) << script.text;
         EXPECT_EQ(script.text.find("\"\""), npos) << script.text;
         EXPECT_NE(script.text.find("-- left out: primary key"), npos) << script.text;
