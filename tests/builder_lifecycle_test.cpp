@@ -18,17 +18,6 @@ protected:
     CScratchDir m_dir;
 };
 
-TEST_F(BuilderLifecycleTest, ConstructionSetsNothingUp) {
-    CTestBuilder builder;
-    EXPECT_EQ(builder.GetDbType(), 0);
-    EXPECT_EQ(builder.GetVrnFile(), nullptr);
-    EXPECT_EQ(builder.GetNameSpaceMgr(), nullptr);
-    EXPECT_EQ(builder.GetGuidMgr(), nullptr);
-    EXPECT_EQ(builder.GetPropertyMgr(), nullptr);
-    EXPECT_EQ(builder.GetDTHandle(), nullptr);
-    EXPECT_TRUE(builder.GetPackageList().IsEmpty());
-}
-
 TEST_F(BuilderLifecycleTest, AnEmptyModelSavesItsOwnRowsThenTheManagersTables) {
     CHostTexts texts("Modeler 4.0", "Physical Model", "Main Diagram");
     CVrnAPI builder;

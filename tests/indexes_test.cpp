@@ -234,18 +234,15 @@ TEST_F(IndexesTest, AlternateKeysAreFoundByTheirColumnList) {
     AddPrimaryKey("PK", {"A"});
     const unsigned long ab = AddUniqueIndex("UX_AB", {"A", "B"});
     const unsigned long c = AddUniqueIndex("UX_C", {"C"});
-    CList<std::uint32_t, std::uint32_t> columns;
-    columns.AddTail(1);
-    columns.AddTail(2);
-    EXPECT_EQ(Entity().HasAKWithColumnList(columns), ab);
-    columns.RemoveAll();
-    columns.AddTail(3);
-    EXPECT_EQ(Entity().HasAKWithColumnList(columns), c);
-    columns.RemoveAll();
-    columns.AddTail(1);  // only the primary key has exactly A, and it is not an alternate key
-    EXPECT_EQ(Entity().HasAKWithColumnList(columns), 0u);
-    columns.RemoveAll();
-    EXPECT_EQ(Entity().HasAKWithColumnList(columns), 0u);
+    const auto alternateKey = [this](std::initializer_list<std::uint32_t> numbers) {
+        CList<std::uint32_t, std::uint32_t> columns;
+        for (const std::uint32_t number : numbers) columns.AddTail(number);
+        return Entity().HasAKWithColumnList(columns);
+    };
+    EXPECT_EQ(alternateKey({1, 2}), ab);
+    EXPECT_EQ(alternateKey({3}), c);
+    EXPECT_EQ(alternateKey({1}), 0u);  // only the primary key has exactly A, and it is not an alternate key
+    EXPECT_EQ(alternateKey({}), 0u);
 }
 
 TEST(IndexWithoutBuilderTest, TakesNoColumnsOrStorageProperties) {
