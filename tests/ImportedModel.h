@@ -6,8 +6,8 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <functional>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
