@@ -85,3 +85,21 @@ inline std::unique_ptr<CModelFileReader> SaveAndOpen(CVrnAPI& builder, const CSc
     EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
     return std::make_unique<CModelFileReader>(path);
 }
+
+// A test of a builder initialised for `platform` (Oracle 8.x unless given),
+// with a scratch directory to save it in.
+class CBuilderTest : public ::testing::Test {
+protected:
+    explicit CBuilderTest(int platform = 34) : m_platform(platform) {}
+    void SetUp() override { ASSERT_EQ(m_builder.Initialize(m_platform, nullptr), 1); }
+    // Saves the builder and opens the saved file, which stays open until the next save.
+    CModelFileReader& Save() {
+        m_reader = SaveAndOpen(m_builder, m_dir);
+        return *m_reader;
+    }
+
+    const int m_platform;
+    CScratchDir m_dir;
+    CTestBuilder m_builder;
+    std::unique_ptr<CModelFileReader> m_reader;
+};

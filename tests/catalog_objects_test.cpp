@@ -8,26 +8,16 @@
 
 namespace {
 
-class CatalogObjectsTest : public ::testing::Test {
+class CatalogObjectsTest : public CBuilderTest {
 protected:
     void SetUp() override {
-        ASSERT_EQ(m_builder.Initialize(34, nullptr), 1);
+        CBuilderTest::SetUp();
         m_item = m_builder.AddEntity("ITEM", "SALES", 0, 0);
         m_builder.AddAttribute(m_item, "QTY", "int", -1, -1, 1, 0);
         m_builder.AddAttribute(m_item, "STATE", "int", -1, -1, 1, 0);
     }
-    CModelFileReader& Save() {
-        const std::string path = m_dir.File("model.vrn");
-        m_builder.SaveToFile(path.c_str());
-        EXPECT_STREQ(m_builder.GetVrnFile()->GetLastError(), "");
-        m_reader = std::make_unique<CModelFileReader>(path);
-        return *m_reader;
-    }
     CVrnApiAttribute& Attribute(int number) { return *m_builder.GetEntityPtr(m_item)->GetAttribute(number); }
 
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
-    std::unique_ptr<CModelFileReader> m_reader;
     unsigned long m_item = 0;
 };
 

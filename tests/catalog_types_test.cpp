@@ -12,14 +12,9 @@ using vrn::StripCatalogQuotes;
 
 namespace {
 
-class CatalogTypesTest : public ::testing::Test {
+class CatalogTypesTest : public CBuilderTest {
 protected:
-    void SetUp() override { ASSERT_EQ(m_builder.Initialize(41, nullptr), 1); }
-
-    std::unique_ptr<CModelFileReader> Save() { return SaveAndOpen(m_builder, m_dir); }
-
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
+    CatalogTypesTest() : CBuilderTest(41) {}
 };
 
 TEST(CatalogTextTest, QuotedNamesLoseTheirDecorations) {
@@ -80,8 +75,8 @@ TEST_F(CatalogTypesTest, DefaultNamesAreKeptAsGiven) {
     m_builder.AddDefault("'Quoted'", " 0 ", nullptr);
     EXPECT_EQ(m_builder.FindDefault("Quoted"), 0u);
     EXPECT_EQ(m_builder.FindDefault("'quoted'"), 1u);
-    auto reader = Save();
-    const auto rows = reader->Rows("Defaults");
+    CModelFileReader& reader = Save();
+    const auto rows = reader.Rows("Defaults");
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(Fields(rows[0], "name text"), "name='Quoted' text= 0 ");
 }
@@ -94,8 +89,8 @@ TEST_F(CatalogTypesTest, UserDatatypesCarryTheMappedBaseType) {
     EXPECT_EQ(m_builder.FindUserType("Nation"), 0u);
     EXPECT_EQ(m_builder.FindUserType("AMOUNT"), 3u);
 
-    auto reader = Save();
-    const auto rows = reader->Rows("UserDatatype");
+    CModelFileReader& reader = Save();
+    const auto rows = reader.Rows("UserDatatype");
     ASSERT_EQ(rows.size(), 3u);
     EXPECT_EQ(Fields(rows[0], "name datatype length"), "name=Boolean datatype=BIT length=-1");
     EXPECT_EQ(Fields(rows[1], "name datatype length"), "name=ation datatype=VAR length=30");
@@ -110,7 +105,7 @@ TEST_F(CatalogTypesTest, AnUnknownBaseTypeAddsNothingAndUsesNoNumber) {
     EXPECT_EQ(m_builder.AddUserType("Null", nullptr), 0u);
     EXPECT_EQ(m_builder.FindUserType("Geo"), 0u);
     EXPECT_EQ(m_builder.AddUserType("Flag", "'char(1)'"), 1u);
-    EXPECT_EQ(Save()->Count("UserDatatype"), 1);
+    EXPECT_EQ(Save().Count("UserDatatype"), 1);
 }
 
 TEST_F(CatalogTypesTest, TheFirstOfANameIsFoundAmongThousands) {
@@ -127,8 +122,8 @@ TEST_F(CatalogTypesTest, SavedInListOrderDefaultsThenRulesThenUserDatatypes) {
     m_builder.AddRule("R1", "@v > 0", nullptr);
     m_builder.AddDefault("D1", "0", nullptr);
     m_builder.AddDefault("D2", "1", nullptr);
-    auto reader = Save();
-    const std::string order = reader->Scalar(
+    CModelFileReader& reader = Save();
+    const std::string order = reader.Scalar(
         "SELECT group_concat(n, ' ') FROM (SELECT row_seq, name AS n FROM Defaults UNION ALL "
         "SELECT row_seq, name FROM Rules UNION ALL SELECT row_seq, name FROM UserDatatype ORDER BY row_seq)");
     EXPECT_EQ(order, "D1 D2 R1 U1");

@@ -7,15 +7,7 @@
 
 namespace {
 
-class EntitiesTest : public ::testing::Test {
-protected:
-    void SetUp() override { ASSERT_EQ(m_builder.Initialize(34, nullptr), 1); }
-
-    std::unique_ptr<CModelFileReader> Save() { return SaveAndOpen(m_builder, m_dir); }
-
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
-};
+class EntitiesTest : public CBuilderTest {};
 
 TEST_F(EntitiesTest, OwnersSeparateEntitiesOfOneName) {
     const unsigned long sales = m_builder.AddEntity("ITEM", "SALES", 0, 0);
@@ -75,17 +67,17 @@ TEST_F(EntitiesTest, ASavedModelHoldsEachTablesRowsInOrder) {
     m_builder.AddAttribute(dept, "ID", "INTEGER", -1, -1, 0, 0);
     m_builder.AddEntity("V_ITEM", nullptr, 0, 1);
 
-    auto reader = Save();
+    CModelFileReader& reader = Save();
     // Version, diagram and model first; then per table its attributes, storage row and entity row.
-    const std::string order = reader->Scalar(
+    const std::string order = reader.Scalar(
         "SELECT group_concat(what, ' ') FROM ("
         "SELECT row_seq, 'A:' || column_name AS what FROM Attribute UNION ALL "
         "SELECT row_seq, 'S:' || entity_key FROM TableStorage UNION ALL "
         "SELECT row_seq, 'E:' || entity_name FROM Entity ORDER BY row_seq)");
     EXPECT_EQ(order, "A:QTY A:NAME S:" + std::to_string(item) + " E:ITEM A:ID S:" + std::to_string(dept) + " E:DEPT");
-    EXPECT_EQ(reader->Scalar("SELECT min(row_seq) FROM Attribute"), "4");
+    EXPECT_EQ(reader.Scalar("SELECT min(row_seq) FROM Attribute"), "4");
 
-    const auto entities = reader->Rows("Entity");
+    const auto entities = reader.Rows("Entity");
     ASSERT_EQ(entities.size(), 2u);  // the view writes nothing
     const std::string key = std::to_string(item);
     EXPECT_EQ(Fields(entities[0], "diagram_no model_no entity_key table_key model_no_copy owner entity_name table_name"),
@@ -93,7 +85,7 @@ TEST_F(EntitiesTest, ASavedModelHoldsEachTablesRowsInOrder) {
                   " model_no_copy=7 owner=SALES entity_name=ITEM table_name=ITEM");
     EXPECT_EQ(entities[1].at("owner"), "");
 
-    const auto attributes = reader->Rows("Attribute");
+    const auto attributes = reader.Rows("Attribute");
     ASSERT_EQ(attributes.size(), 3u);
     EXPECT_EQ(Fields(attributes[0], "attribute_id attribute_no entity_key table_key model_no datatype width "
                                     "null_option attribute_name_given"),
@@ -102,7 +94,7 @@ TEST_F(EntitiesTest, ASavedModelHoldsEachTablesRowsInOrder) {
     EXPECT_EQ(Fields(attributes[1], "attribute_id datatype width sequence_no attribute_name"),
               "attribute_id=" + std::to_string(name) + " datatype=VAR width=40 sequence_no=5 attribute_name=NAME");
 
-    const auto storage = reader->Rows("TableStorage");
+    const auto storage = reader.Rows("TableStorage");
     ASSERT_EQ(storage.size(), 2u);
     EXPECT_EQ(Fields(storage[0], "table_key model_no param1 param11"),
               "table_key=" + key + " model_no=7 param1=-1 param11=-1");
@@ -124,13 +116,13 @@ TEST_F(EntitiesTest, PrimaryKeyRowsFollowAttributeOrderWithTheirOwnNumbers) {
     CVrnApiEntity& entity = *m_builder.GetEntityPtr(item);
     entity.GetAttribute(3)->SetIsPkAttribute(1);
     entity.GetAttribute(1)->SetIsPkAttribute(1);
-    auto reader = Save();
-    const auto rows = reader->Rows("PrimaryKey");
+    CModelFileReader& reader = Save();
+    const auto rows = reader.Rows("PrimaryKey");
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(Fields(rows[0], "attribute_no sequence_no"), "attribute_no=1 sequence_no=10");
     EXPECT_EQ(Fields(rows[1], "attribute_no sequence_no entity_key"),
               "attribute_no=3 sequence_no=30 entity_key=" + std::to_string(item));
-    EXPECT_EQ(reader->Scalar("SELECT (SELECT max(row_seq) FROM PrimaryKey) < (SELECT row_seq FROM Entity)"), "1");
+    EXPECT_EQ(reader.Scalar("SELECT (SELECT max(row_seq) FROM PrimaryKey) < (SELECT row_seq FROM Entity)"), "1");
 }
 
 }  // namespace

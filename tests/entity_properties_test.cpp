@@ -7,15 +7,14 @@
 
 namespace {
 
-class PropertiesTest : public ::testing::Test {
+class PropertiesTest : public CBuilderTest {
 protected:
     void SetUp() override {
-        ASSERT_EQ(m_builder.Initialize(34, nullptr), 1);
+        CBuilderTest::SetUp();
         m_entity = m_builder.AddEntity("ITEM", "SALES", 0, 0);
         m_attribute = m_builder.AddAttribute(m_entity, "QTY", "NUMBER", -1, -1, 1, 0);
     }
     CVrnApiEntity& Entity() { return *m_builder.GetEntityPtr(m_entity); }
-    std::unique_ptr<CModelFileReader> Save() { return SaveAndOpen(m_builder, m_dir); }
     // The single property record of the model, as "kind key property value text".
     std::string OnlyProperty() {
         const auto& records = m_builder.GetPropertyMgr()->GetRecords();
@@ -23,8 +22,6 @@ protected:
         return DescribeProperty(records.front());
     }
 
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
     unsigned long m_entity = 0;
     unsigned long m_attribute = 0;
 };
@@ -35,8 +32,8 @@ TEST_F(PropertiesTest, StorageCodesFillTheirSlots) {
     for (const auto& [code, slot] : codeToSlot)
         EXPECT_EQ(m_builder.SetEntityProperty(m_entity, code, code * 100), 1) << code;
     EXPECT_EQ(m_builder.SetEntityProperty(m_entity, 16, -5), 1);  // no range check, last call wins
-    auto reader = Save();
-    const auto row = reader->Rows("TableStorage").at(0);
+    CModelFileReader& reader = Save();
+    const auto row = reader.Rows("TableStorage").at(0);
     for (const auto& [code, slot] : codeToSlot) {
         SCOPED_TRACE(code);
         EXPECT_EQ(row.at("param" + std::to_string(slot)), code == 16 ? "-5" : std::to_string(code * 100));
@@ -144,23 +141,23 @@ TEST_F(PropertiesTest, StorageSpaceNamesJoinQuotedParts) {
         EXPECT_EQ(Entity().m_pTableStorage->m_storageSpace.m_id, 0);
     }
     m_builder.SetEntityStringProperty(m_entity, 15, "\"DB1\".\"TS1\"");
-    auto reader = Save();
-    EXPECT_EQ(reader->Scalar("SELECT storage_space FROM TableStorage"), "\"DB1.TS1\"");
-    EXPECT_EQ(reader->Scalar("SELECT count(*) FROM NameSpace WHERE text = '\"DB1.TS1\"'"), "1");
+    CModelFileReader& reader = Save();
+    EXPECT_EQ(reader.Scalar("SELECT storage_space FROM TableStorage"), "\"DB1.TS1\"");
+    EXPECT_EQ(reader.Scalar("SELECT count(*) FROM NameSpace WHERE text = '\"DB1.TS1\"'"), "1");
 }
 
 TEST_F(PropertiesTest, DefinitionAndPropertyColumnAreEntityTexts) {
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 2, "Items on sale"), 1);
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 56, "qty"), 1);
-    auto reader = Save();
-    EXPECT_EQ(reader->Scalar("SELECT definition FROM Entity"), "Items on sale");
+    CModelFileReader& reader = Save();
+    EXPECT_EQ(reader.Scalar("SELECT definition FROM Entity"), "Items on sale");
     // The column named in any letter case gives its sequence number as table property 19.
-    EXPECT_EQ(reader->Scalar("SELECT property_no || ' ' || value_no || ' ' || text FROM Property"), "19 26 1");
+    EXPECT_EQ(reader.Scalar("SELECT property_no || ' ' || value_no || ' ' || text FROM Property"), "19 26 1");
 }
 
 TEST_F(PropertiesTest, APropertyColumnThatNamesNoAttributeStoresNothing) {
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 56, "MISSING"), 1);
-    EXPECT_EQ(Save()->Count("Property"), 0);
+    EXPECT_EQ(Save().Count("Property"), 0);
 }
 
 TEST_F(PropertiesTest, AttributeCodesSetFieldsOrStoreProperties) {
@@ -176,8 +173,8 @@ TEST_F(PropertiesTest, AttributeCodesSetFieldsOrStoreProperties) {
     EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 10, "ten"), 1);
     EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 11, "QTY > 0"), 1);
     EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 5, "anything"), 1);
-    auto reader = Save();
-    const auto row = reader->Rows("Attribute").at(0);
+    CModelFileReader& reader = Save();
+    const auto row = reader.Rows("Attribute").at(0);
     EXPECT_EQ(Fields(row, "width scale null_option option12 option13 flag_text"),
               "width=12 scale=3 null_option=1 option12=-2 option13=9 flag_text=Y");
     EXPECT_EQ(Fields(row, "definition default_text text10 check_constraint"),

@@ -9,9 +9,8 @@
 
 namespace {
 
-class ResolutionTest : public ::testing::Test {
+class ResolutionTest : public CBuilderTest {
 protected:
-    void SetUp() override { ASSERT_EQ(m_builder.Initialize(34, nullptr), 1); }
 
     // A table whose columns named in `keyColumns` form its primary key.
     unsigned long Table(const char* name, std::initializer_list<const char*> columns,
@@ -37,13 +36,6 @@ protected:
         m_builder.AddForeignKeyColumnPair(fk, parentNo, childNo, 1, 0);
         return fk;
     }
-    CModelFileReader& Save() {
-        const std::string path = m_dir.File("model.vrn");
-        m_builder.SaveToFile(path.c_str());
-        EXPECT_STREQ(m_builder.GetVrnFile()->GetLastError(), "");
-        m_reader = std::make_unique<CModelFileReader>(path);
-        return *m_reader;
-    }
     // Fields of a saved attribute row of `entity`, the first by number that
     // `condition` picks; "" when there is none.
     std::string SavedAttribute(unsigned long entity, const std::string& condition, const std::string& fields) {
@@ -64,9 +56,6 @@ protected:
         return m_reader->Column("SELECT name FROM ForeignKey ORDER BY row_seq");
     }
 
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
-    std::unique_ptr<CModelFileReader> m_reader;
 };
 
 TEST_F(ResolutionTest, AnIdentifyingMigrationOwnsAndNamesItsChildAttribute) {

@@ -13,10 +13,8 @@ using vrn::kPropertyValueCount;
 
 namespace {
 
-class ManagersTest : public ::testing::Test {
+class ManagersTest : public CBuilderTest {
 protected:
-    void SetUp() override { ASSERT_EQ(m_builder.Initialize(34, nullptr), 1); }
-
     std::string Save(CVrnAPI& builder, const std::string& name) {
         const std::string path = m_dir.File(name);
         builder.SaveToFile(path.c_str());
@@ -32,9 +30,6 @@ protected:
         return reopened;
     }
     CPropertyMgr& Properties() { return *m_builder.GetPropertyMgr(); }
-
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
 };
 
 TEST_F(ManagersTest, KeysAreUniqueWithinAKeyClass) {
