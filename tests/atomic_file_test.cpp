@@ -88,9 +88,12 @@ public:
         m_linkNames.push_back(name);
         return Step(EStep::kLinkUnnamed, [&] { return m_real.LinkUnnamed(fd, name); });
     }
-    int SetMode(int fd, mode_t mode) override { return Step(EStep::kSetMode, [&] { return m_real.SetMode(fd, mode); }); }
+    int SetMode(int fd, mode_t mode) override {
+        return Step(EStep::kSetMode, [&] { return m_real.SetMode(fd, mode); });
+    }
     int Write(int fd, const void* data, std::size_t size, std::uint64_t offset, std::size_t* written) override {
-        return Step(EStep::kWrite, [&] { return m_real.Write(fd, data, std::min(size, m_writeLimit), offset, written); });
+        const std::size_t limited = std::min(size, m_writeLimit);
+        return Step(EStep::kWrite, [&] { return m_real.Write(fd, data, limited, offset, written); });
     }
     int Read(int fd, void* data, std::size_t size, std::uint64_t offset, std::size_t* read) override {
         return m_real.Read(fd, data, size, offset, read);

@@ -33,7 +33,8 @@ protected:
 
 // An attribute's resolved type as "code width,scale".
 std::string TypeOf(const CVrnApiAttribute& attribute) {
-    return attribute.m_datatype.str() + " " + std::to_string(attribute.m_width) + "," + std::to_string(attribute.m_scale);
+    return attribute.m_datatype.str() + " " + std::to_string(attribute.m_width) + "," +
+           std::to_string(attribute.m_scale);
 }
 
 struct CResolutionCase {

@@ -80,7 +80,8 @@ TEST_F(EntitiesTest, ASavedModelHoldsEachTablesRowsInOrder) {
     const auto entities = reader.Rows("Entity");
     ASSERT_EQ(entities.size(), 2u);  // the view writes nothing
     const std::string key = std::to_string(item);
-    EXPECT_EQ(Fields(entities[0], "diagram_no model_no entity_key table_key model_no_copy owner entity_name table_name"),
+    EXPECT_EQ(Fields(entities[0],
+                     "diagram_no model_no entity_key table_key model_no_copy owner entity_name table_name"),
               "diagram_no=1 model_no=7 entity_key=" + key + " table_key=" + key +
                   " model_no_copy=7 owner=SALES entity_name=ITEM table_name=ITEM");
     EXPECT_EQ(entities[1].at("owner"), "");

@@ -32,8 +32,7 @@ TEST_F(PropertiesTest, StorageCodesFillTheirSlots) {
     for (const auto& [code, slot] : codeToSlot)
         EXPECT_EQ(m_builder.SetEntityProperty(m_entity, code, code * 100), 1) << code;
     EXPECT_EQ(m_builder.SetEntityProperty(m_entity, 16, -5), 1);  // no range check, last call wins
-    CModelFileReader& reader = Save();
-    const auto row = reader.Rows("TableStorage").at(0);
+    const auto row = Save().Rows("TableStorage").at(0);
     for (const auto& [code, slot] : codeToSlot) {
         SCOPED_TRACE(code);
         EXPECT_EQ(row.at("param" + std::to_string(slot)), code == 16 ? "-5" : std::to_string(code * 100));
@@ -161,20 +160,15 @@ TEST_F(PropertiesTest, APropertyColumnThatNamesNoAttributeStoresNothing) {
 }
 
 TEST_F(PropertiesTest, AttributeCodesSetFieldsOrStoreProperties) {
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 6, 12), 1);
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 7, 3), 1);
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 8, 5), 1);
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 12, -2), 1);
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 13, 9), 1);
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 14, 1), 1);
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 14, 0), 1);  // 0 leaves the flag as it was
-    EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 2, "how many"), 1);
-    EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 9, "0"), 1);
-    EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 10, "ten"), 1);
-    EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 11, "QTY > 0"), 1);
-    EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 5, "anything"), 1);
-    CModelFileReader& reader = Save();
-    const auto row = reader.Rows("Attribute").at(0);
+    const std::pair<int, long> numbers[] = {{6, 12}, {7, 3}, {8, 5}, {12, -2}, {13, 9}, {14, 1},
+                                            {14, 0}};  // 0 leaves the flag as it was
+    for (const auto& [code, value] : numbers)
+        EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, code, value), 1) << code;
+    const std::pair<int, const char*> texts[] = {
+        {2, "how many"}, {9, "0"}, {10, "ten"}, {11, "QTY > 0"}, {5, "anything"}};
+    for (const auto& [code, text] : texts)
+        EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, code, text), 1) << code;
+    const auto row = Save().Rows("Attribute").at(0);
     EXPECT_EQ(Fields(row, "width scale null_option option12 option13 flag_text"),
               "width=12 scale=3 null_option=1 option12=-2 option13=9 flag_text=Y");
     EXPECT_EQ(Fields(row, "definition default_text text10 check_constraint"),

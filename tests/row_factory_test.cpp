@@ -113,8 +113,6 @@ TEST(RowFactoryTest, EntitiesAndIndexesComeWithStorageRowsNotGivenAnyParameter) 
     ASSERT_NE(entity->m_pTableStorage, nullptr);
     EXPECT_EQ(entity->m_pTableStorage->m_pVrnFile, builder.GetVrnFile());
     for (std::int32_t slot : entity->m_pTableStorage->m_params) EXPECT_EQ(slot, -1);
-    EXPECT_EQ(entity->m_nextAttributeNo, 1u);
-    EXPECT_EQ(entity->m_nextIndexNo, 1);
     EXPECT_EQ(entity->m_isValidView, 1);
     EXPECT_EQ(entity->m_pPrimaryKey, nullptr);
 
@@ -123,7 +121,6 @@ TEST(RowFactoryTest, EntitiesAndIndexesComeWithStorageRowsNotGivenAnyParameter) 
     ASSERT_NE(index->m_pStorage, nullptr);
     EXPECT_EQ(index->m_pStorage->m_pGuidMgr, builder.GetGuidMgr());
     for (std::int32_t slot : index->m_pStorage->m_params) EXPECT_EQ(slot, -1);
-    EXPECT_EQ(index->m_partitionSeq, 0);
 }
 
 TEST(RowFactoryTest, ObjectsMadeWithoutABuilderHaveNoStorageRow) {

@@ -62,7 +62,9 @@ TEST_F(ModelFileTest, RefusesWhatIsNoModelFileAndSaysWhatItIs) {
         std::function<void(const std::string&)> make;
         const char* words;
     };
-    const auto bytes = [](std::string content) { return [content](const std::string& path) { WriteBytes(path, content); }; };
+    const auto bytes = [](std::string content) {
+        return [content](const std::string& path) { WriteBytes(path, content); };
+    };
     const auto sql = [](std::string statements) {
         return [statements](const std::string& path) { ExecOnFile(path, statements); };
     };
