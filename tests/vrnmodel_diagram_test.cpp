@@ -274,7 +274,9 @@ protected:
     }
     void Keep(const std::string& name) {
         const char* dir = std::getenv("VRN_SCREENSHOTS");
-        if (dir) WriteBytes(std::string(dir) + "/" + name, m_browser.Screenshot());
+        if (dir) {
+            EXPECT_TRUE(m_browser.SaveScreenshot(std::string(dir) + "/" + name)) << name;
+        }
     }
     std::string IdOf(const std::string& name) {
         for (std::size_t i = 0; i < m_read.tables.size(); ++i)
