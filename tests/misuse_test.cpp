@@ -125,6 +125,13 @@ TEST(MisuseTest, EveryOperationAfterAFailedInitializeDoesNothing) {
     WriteBytes(dir.File("notes.txt"), "not a model");
     CTestBuilder builder;
     ASSERT_EQ(builder.Initialize(34, dir.File("notes.txt").c_str()), 0);
+    // Only the file is kept, to say why it was refused; no platform, no managers.
+    EXPECT_EQ(builder.GetDbType(), 0);
+    ASSERT_NE(builder.GetVrnFile(), nullptr);
+    EXPECT_NE(std::string(builder.GetVrnFile()->GetLastError()).find("notes.txt"), std::string::npos);
+    EXPECT_EQ(builder.GetNameSpaceMgr(), nullptr);
+    EXPECT_EQ(builder.GetGuidMgr(), nullptr);
+    EXPECT_EQ(builder.GetPropertyMgr(), nullptr);
     ExpectNothingHappens(builder);
     EXPECT_EQ(builder.SaveToFile(dir.File("m.vrn").c_str()), 0);
     EXPECT_EQ(dir.Entries(), std::vector<std::string>{"notes.txt"});
