@@ -81,57 +81,44 @@ protected:
     CModel m_model;
 };
 
-TEST_F(DiagramTest, OneBoxPerTableAndOneLinePerWrittenForeignKey) {
+// What each choice of options draws: how often each text stands in the SVG.
+TEST_F(DiagramTest, OptionsChooseWhatIsDrawn) {
     REQUIRE_COMMAND("dot");
-    const std::string svg = Render(Dot(CDiagramOptions()));
-    EXPECT_EQ(Occurrences(svg, "class=\"node\""), 4);
-    EXPECT_EQ(Occurrences(svg, "class=\"edge\""), 2);
-    // Only the non-identifying line is dashed.
-    EXPECT_EQ(Occurrences(svg, "stroke-dasharray"), 1);
-    EXPECT_NE(svg.find(">EMP_SKILL</text>"), std::string::npos);
-    EXPECT_NE(svg.find("DEPT_ID (FK)"), std::string::npos);
-    EXPECT_NE(svg.find("NUMBER(6)"), std::string::npos);  // types as the platform writes them
-    EXPECT_EQ(svg.find("FK_BROKEN"), std::string::npos);
+    CDiagramOptions all, subset, keys, names, grouped;
+    subset.tablePattern = "emp*";
+    keys.columns = EDiagramColumns::Keys;
+    names.columns = EDiagramColumns::None;
+    grouped.groupByOwner = true;
+    const std::string node = "class=\"node\"", edge = "class=\"edge\"";
+    const struct {
+        const char* name;
+        const CDiagramOptions& options;
+        std::vector<std::pair<std::string, int>> counts;
+    } cases[] = {
+        // One box per table and one line per written foreign key, only the
+        // non-identifying one dashed; every column with its type as the
+        // platform writes it, and the owner in each box.
+        {"all", all,
+         {{node, 4}, {edge, 2}, {"stroke-dasharray", 1}, {">EMP_SKILL</text>", 1}, {"DEPT_ID (FK)", 1},
+          {"NUMBER(6)", 8}, {"FK_BROKEN", 0}, {">HR</text>", 3}}},
+        // Only the line between two drawn tables.
+        {"emp*", subset, {{node, 2}, {edge, 1}}},
+        // Key columns, foreign or not, and no other.
+        {"keys", keys, {{"DEPT_ID (FK)", 1}, {">SKILL</text>", 1}, {">NAME</text>", 0}, {">X</text>", 0}}},
+        {"names", names, {{node, 4}, {edge, 2}, {"DEPT_ID", 0}}},
+        // The owner is the frame's label instead of a line in each box.
+        {"frames", grouped, {{"class=\"cluster\"", 2}, {">HR</text>", 1}, {">OPS</text>", 1}}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string svg = Render(Dot(c.options));
+        for (const auto& [text, count] : c.counts) EXPECT_EQ(Occurrences(svg, text), count) << text;
+    }
+    EXPECT_EQ(DiagramTables(m_model, subset).size(), 2u);
     // Each box carries the id the page finds it by.
+    const std::string svg = Render(Dot(all));
     for (int table = 0; table < 4; ++table)
         EXPECT_NE(svg.find("id=\"" + DiagramNodeId(table) + "\""), std::string::npos) << table;
-}
-
-TEST_F(DiagramTest, PatternsAndColumnModesChooseWhatIsDrawn) {
-    REQUIRE_COMMAND("dot");
-    CDiagramOptions subset;
-    subset.tablePattern = "emp*";
-    EXPECT_EQ(DiagramTables(m_model, subset).size(), 2u);
-    const std::string some = Render(Dot(subset));
-    EXPECT_EQ(Occurrences(some, "class=\"node\""), 2);
-    EXPECT_EQ(Occurrences(some, "class=\"edge\""), 1);  // only the line between two drawn tables
-
-    CDiagramOptions keys;
-    keys.columns = EDiagramColumns::Keys;
-    const std::string keyed = Render(Dot(keys));
-    EXPECT_NE(keyed.find("DEPT_ID (FK)"), std::string::npos);
-    EXPECT_NE(keyed.find(">SKILL</text>"), std::string::npos);  // a key column that is no foreign key
-    EXPECT_EQ(keyed.find(">NAME</text>"), std::string::npos);
-    EXPECT_EQ(keyed.find(">X</text>"), std::string::npos);
-
-    CDiagramOptions names;
-    names.columns = EDiagramColumns::None;
-    const std::string bare = Render(Dot(names));
-    EXPECT_EQ(Occurrences(bare, "class=\"node\""), 4);
-    EXPECT_EQ(bare.find("DEPT_ID"), std::string::npos);
-    EXPECT_EQ(Occurrences(bare, "class=\"edge\""), 2);
-}
-
-TEST_F(DiagramTest, OwnersBecomeLabelledFrames) {
-    REQUIRE_COMMAND("dot");
-    CDiagramOptions grouped;
-    grouped.groupByOwner = true;
-    const std::string svg = Render(Dot(grouped));
-    EXPECT_EQ(Occurrences(svg, "class=\"cluster\""), 2);
-    // The owner is the frame's label instead of a line in each box.
-    EXPECT_EQ(Occurrences(svg, ">HR</text>"), 1);
-    EXPECT_EQ(Occurrences(svg, ">OPS</text>"), 1);
-    EXPECT_EQ(Occurrences(Render(Dot(CDiagramOptions())), ">HR</text>"), 3);
 }
 
 TEST_F(DiagramTest, SaysWhenDotIsMissingOrFails) {
