@@ -15,11 +15,14 @@ protected:
         m_attribute = m_builder.AddAttribute(m_entity, "QTY", "NUMBER", -1, -1, 1, 0);
     }
     CVrnApiEntity& Entity() { return *m_builder.GetEntityPtr(m_entity); }
-    // The single property record of the model, as "kind key property value text".
-    std::string OnlyProperty() {
-        const auto& records = m_builder.GetPropertyMgr()->GetRecords();
-        if (records.size() != 1) return "records: " + std::to_string(records.size());
-        return DescribeProperty(records.front());
+    const std::vector<CPropertyMgr::CRecord>& Records() { return m_builder.GetPropertyMgr()->GetRecords(); }
+    // The property records stored after the first `before`, each as "kind key
+    // property value text", separated by "; ".
+    std::string PropertiesSince(std::size_t before) {
+        std::string described;
+        for (std::size_t i = before; i < Records().size(); ++i)
+            described += (described.empty() ? "" : "; ") + DescribeProperty(Records()[i]);
+        return described;
     }
 
     unsigned long m_entity = 0;
@@ -39,7 +42,7 @@ TEST_F(PropertiesTest, StorageCodesFillTheirSlots) {
     }
     EXPECT_EQ(row.at("param1"), "-1");
     EXPECT_EQ(row.at("param2"), "-1");
-    EXPECT_TRUE(m_builder.GetPropertyMgr()->GetRecords().empty());
+    EXPECT_TRUE(Records().empty());
 }
 
 struct CPropertyCase {
@@ -62,13 +65,9 @@ TEST_F(PropertiesTest, IntegerCodesStoreTheirPropertyAndValueNumbers) {
     };
     for (const CPropertyCase& c : cases) {
         SCOPED_TRACE(testing::Message() << "code " << c.code << " value " << c.value);
-        CTestBuilder builder;
-        ASSERT_EQ(builder.Initialize(34, nullptr), 1);
-        const unsigned long entity = builder.AddEntity("T", nullptr, 0, 0);
-        EXPECT_EQ(builder.SetEntityProperty(entity, c.code, c.value), 1);
-        const auto& records = builder.GetPropertyMgr()->GetRecords();
-        ASSERT_EQ(records.size(), 1u);
-        EXPECT_EQ(DescribeProperty(records.front()), WithKey(c.expected, entity));
+        const std::size_t before = Records().size();
+        EXPECT_EQ(m_builder.SetEntityProperty(m_entity, c.code, c.value), 1);
+        EXPECT_EQ(PropertiesSince(before), WithKey(c.expected, m_entity));
     }
 }
 
@@ -76,7 +75,7 @@ TEST_F(PropertiesTest, UnknownCodesChangeNothing) {
     for (int code : {0, 1, 15, 27, 31, 32, 34, 56, 57, 69, 71, 77, -16, 1000})
         EXPECT_EQ(m_builder.SetEntityProperty(m_entity, code, 1), 0) << code;
     for (int code : {0, 1, 16, 25, 76, 3, -2, 500}) EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, code, "x"), 0) << code;
-    EXPECT_TRUE(m_builder.GetPropertyMgr()->GetRecords().empty());
+    EXPECT_TRUE(Records().empty());
 }
 
 TEST_F(PropertiesTest, ReadBacksFillThePropertyValueHandles) {
@@ -95,12 +94,12 @@ TEST_F(PropertiesTest, ReadBacksFillThePropertyValueHandles) {
 
 TEST_F(PropertiesTest, BufferPoolKeywordsAreExact) {
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 27, "RECYCLE"), 1);
-    EXPECT_EQ(OnlyProperty(), "table " + std::to_string(m_entity) + " 24 33 null");
+    EXPECT_EQ(PropertiesSince(0), "table " + std::to_string(m_entity) + " 24 33 null");
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 27, "Recycle"), 0);
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 27, "keep"), 0);
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 69, nullptr), 0);
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 69, "DEFAULT"), 1);
-    const auto& last = m_builder.GetPropertyMgr()->GetRecords().back();
+    const auto& last = Records().back();
     EXPECT_EQ(last.ownerKind, "overflow");
     EXPECT_EQ(last.valueNo, 31);
 }
@@ -113,15 +112,12 @@ TEST_F(PropertiesTest, TextCodesStoreTheirTextOrPassNullOn) {
     };
     for (const auto& [code, pattern] : cases) {
         SCOPED_TRACE(code);
-        CTestBuilder builder;
-        ASSERT_EQ(builder.Initialize(34, nullptr), 1);
-        const unsigned long entity = builder.AddEntity("T", nullptr, 0, 0);
-        EXPECT_EQ(builder.SetEntityStringProperty(entity, code, "SG1"), 1);
-        EXPECT_EQ(builder.SetEntityStringProperty(entity, code, nullptr), 1);
-        const auto& records = builder.GetPropertyMgr()->GetRecords();
-        ASSERT_EQ(records.size(), 2u);
-        EXPECT_EQ(DescribeProperty(records[0]), WithKey(pattern, entity));
-        EXPECT_FALSE(records[1].hasText);
+        const std::size_t before = Records().size();
+        EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, code, "SG1"), 1);
+        EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, code, nullptr), 1);
+        ASSERT_EQ(Records().size(), before + 2);
+        EXPECT_EQ(DescribeProperty(Records()[before]), WithKey(pattern, m_entity));
+        EXPECT_FALSE(Records().back().hasText);
     }
 }
 
@@ -190,18 +186,15 @@ TEST_F(PropertiesTest, AttributePropertyCodesReachThePropertyManager) {
     };
     for (const CPropertyCase& c : cases) {
         SCOPED_TRACE(c.code);
-        CTestBuilder builder;
-        ASSERT_EQ(builder.Initialize(34, nullptr), 1);
-        const unsigned long entity = builder.AddEntity("T", nullptr, 0, 0);
-        const unsigned long attribute = builder.AddAttribute(entity, "C", "int", -1, -1, 1, 0);
-        EXPECT_EQ(builder.SetAttributeProperty(attribute, c.code, c.value), 1);
-        EXPECT_EQ(DescribeProperty(builder.GetPropertyMgr()->GetRecords().at(0)), WithKey(c.expected, attribute));
+        const std::size_t before = Records().size();
+        EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, c.code, c.value), 1);
+        EXPECT_EQ(PropertiesSince(before), WithKey(c.expected, m_attribute));
     }
     const std::pair<int, std::string> textCases[] = {{86, "62 78"}, {87, "76 97"}, {88, "63 79"},
                                                      {89, "64 80"}, {90, "65 81"}, {93, "69 89"}};
     for (const auto& [code, numbers] : textCases) {
         EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, code, "T"), 1) << code;
-        const auto& r = m_builder.GetPropertyMgr()->GetRecords().back();
+        const auto& r = Records().back();
         EXPECT_EQ(std::to_string(r.propertyNo) + " " + std::to_string(r.valueNo), numbers) << code;
         EXPECT_EQ(r.text, "T");
     }
