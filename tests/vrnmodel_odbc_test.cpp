@@ -303,26 +303,28 @@ TEST_F(PostgresTest, AServersSchemaComesInAsItsCatalogHasIt) {
     ASSERT_TRUE(m_server.LastSqlSucceeded()) << m_server.Sql(kPostgresSchema);
     const CModel read = ImportSales(m_server.Connection(), " --schema sales", "PostgreSQL");
     const CCatalogLines lines = LinesOf(read);
-    EXPECT_EQ(lines.tables, Lines(m_server.Sql("SELECT c.table_name, count(*) FROM information_schema.columns c JOIN "
-                                               "information_schema.tables t USING (table_schema, table_name) WHERE "
-                                               "t.table_schema = 'sales' AND t.table_type = 'BASE TABLE' GROUP BY 1;")));
-    EXPECT_EQ(lines.keys, Lines(m_server.Sql(
-                              "SELECT tc.table_name, string_agg(k.column_name, ',' ORDER BY k.ordinal_position) FROM "
-                              "information_schema.table_constraints tc JOIN information_schema.key_column_usage k USING "
-                              "(constraint_schema, constraint_name) WHERE tc.constraint_type = 'PRIMARY KEY' AND "
-                              "tc.table_schema = 'sales' GROUP BY 1;")));
+    EXPECT_EQ(lines.tables,
+              Lines(m_server.Sql("SELECT c.table_name, count(*) FROM information_schema.columns c JOIN "
+                                 "information_schema.tables t USING (table_schema, table_name) WHERE "
+                                 "t.table_schema = 'sales' AND t.table_type = 'BASE TABLE' GROUP BY 1;")));
+    EXPECT_EQ(lines.keys,
+              Lines(m_server.Sql("SELECT tc.table_name, string_agg(k.column_name, ',' ORDER BY "
+                                 "k.ordinal_position) FROM information_schema.table_constraints tc JOIN "
+                                 "information_schema.key_column_usage k USING (constraint_schema, "
+                                 "constraint_name) WHERE tc.constraint_type = 'PRIMARY KEY' AND tc.table_schema = "
+                                 "'sales' GROUP BY 1;")));
     EXPECT_EQ(lines.foreignKeys,
-              Lines(m_server.Sql("SELECT c.relname, p.relname, CASE confdeltype WHEN 'c' THEN 'CASCADE' WHEN 'n' THEN "
-                                 "'SET NULL' WHEN 'r' THEN 'RESTRICT' ELSE 'NO ACTION' END FROM pg_constraint JOIN "
-                                 "pg_class c ON c.oid = conrelid JOIN pg_class p ON p.oid = confrelid "
-                                 "WHERE contype = 'f' AND connamespace = 'sales'::regnamespace;")));
-    EXPECT_EQ(lines.indexes, Lines(m_server.Sql(
-                                 "SELECT t.relname, i.relname, string_agg(a.attname || CASE WHEN x.indoption[k.n - 1] "
-                                 "& 1 = 1 THEN ' DESC' ELSE '' END, ',' ORDER BY k.n) FROM pg_index x JOIN pg_class i "
-                                 "ON i.oid = x.indexrelid JOIN pg_class t ON t.oid = x.indrelid CROSS JOIN LATERAL "
-                                 "unnest(x.indkey) WITH ORDINALITY AS k(attnum, n) JOIN pg_attribute a ON a.attrelid = "
-                                 "x.indrelid AND a.attnum = k.attnum WHERE NOT x.indisprimary AND i.relnamespace = "
-                                 "'sales'::regnamespace GROUP BY 1, 2;")));
+              Lines(m_server.Sql("SELECT c.relname, p.relname, CASE confdeltype WHEN 'c' THEN 'CASCADE' WHEN 'n' "
+                                 "THEN 'SET NULL' WHEN 'r' THEN 'RESTRICT' ELSE 'NO ACTION' END FROM "
+                                 "pg_constraint JOIN pg_class c ON c.oid = conrelid JOIN pg_class p ON p.oid = "
+                                 "confrelid WHERE contype = 'f' AND connamespace = 'sales'::regnamespace;")));
+    EXPECT_EQ(lines.indexes,
+              Lines(m_server.Sql("SELECT t.relname, i.relname, string_agg(a.attname || CASE WHEN x.indoption[k.n "
+                                 "- 1] & 1 = 1 THEN ' DESC' ELSE '' END, ',' ORDER BY k.n) FROM pg_index x JOIN "
+                                 "pg_class i ON i.oid = x.indexrelid JOIN pg_class t ON t.oid = x.indrelid CROSS "
+                                 "JOIN LATERAL unnest(x.indkey) WITH ORDINALITY AS k(attnum, n) JOIN pg_attribute "
+                                 "a ON a.attrelid = x.indrelid AND a.attnum = k.attnum WHERE NOT x.indisprimary "
+                                 "AND i.relnamespace = 'sales'::regnamespace GROUP BY 1, 2;")));
     ExpectChecksAndCode(read, "UPDATE sales.orders");
     // A column's type, nullability and default.
     const CModelColumn* name = FindColumn(read, "country", "name");
@@ -418,19 +420,22 @@ TEST_F(MariaDbTest, AServersDatabaseComesInAsItsCatalogHasIt) {
     const CCatalogLines lines = LinesOf(read);
     EXPECT_EQ(lines.tables.size(), 12u);
     EXPECT_EQ(lines.foreignKeys.size(), 13u);
-    EXPECT_EQ(lines.tables, Lines(m_server.Sql("SELECT c.TABLE_NAME, COUNT(*) FROM information_schema.COLUMNS c JOIN "
-                                               "information_schema.TABLES t USING (TABLE_SCHEMA, TABLE_NAME) WHERE "
-                                               "t.TABLE_SCHEMA = 'sales' AND t.TABLE_TYPE = 'BASE TABLE' GROUP BY 1;")));
-    EXPECT_EQ(lines.keys, Lines(m_server.Sql("SELECT TABLE_NAME, GROUP_CONCAT(COLUMN_NAME ORDER BY ORDINAL_POSITION) "
-                                             "FROM information_schema.KEY_COLUMN_USAGE WHERE TABLE_SCHEMA = 'sales' AND "
-                                             "CONSTRAINT_NAME = 'PRIMARY' GROUP BY 1;")));
-    EXPECT_EQ(lines.foreignKeys, Lines(m_server.Sql(
-                                     "SELECT TABLE_NAME, REFERENCED_TABLE_NAME, DELETE_RULE FROM "
-                                     "information_schema.REFERENTIAL_CONSTRAINTS WHERE CONSTRAINT_SCHEMA = 'sales';")));
-    EXPECT_EQ(lines.indexes, Lines(m_server.Sql(
-                                 "SELECT TABLE_NAME, INDEX_NAME, GROUP_CONCAT(CONCAT(COLUMN_NAME, IF(COLLATION = 'D', "
-                                 "' DESC', '')) ORDER BY SEQ_IN_INDEX) FROM information_schema.STATISTICS WHERE "
-                                 "TABLE_SCHEMA = 'sales' AND INDEX_NAME <> 'PRIMARY' GROUP BY TABLE_NAME, INDEX_NAME;")));
+    EXPECT_EQ(lines.tables,
+              Lines(m_server.Sql("SELECT c.TABLE_NAME, COUNT(*) FROM information_schema.COLUMNS c JOIN "
+                                 "information_schema.TABLES t USING (TABLE_SCHEMA, TABLE_NAME) WHERE "
+                                 "t.TABLE_SCHEMA = 'sales' AND t.TABLE_TYPE = 'BASE TABLE' GROUP BY 1;")));
+    EXPECT_EQ(lines.keys,
+              Lines(m_server.Sql("SELECT TABLE_NAME, GROUP_CONCAT(COLUMN_NAME ORDER BY ORDINAL_POSITION) FROM "
+                                 "information_schema.KEY_COLUMN_USAGE WHERE TABLE_SCHEMA = 'sales' AND "
+                                 "CONSTRAINT_NAME = 'PRIMARY' GROUP BY 1;")));
+    EXPECT_EQ(lines.foreignKeys,
+              Lines(m_server.Sql("SELECT TABLE_NAME, REFERENCED_TABLE_NAME, DELETE_RULE FROM "
+                                 "information_schema.REFERENTIAL_CONSTRAINTS WHERE CONSTRAINT_SCHEMA = 'sales';")));
+    EXPECT_EQ(lines.indexes,
+              Lines(m_server.Sql("SELECT TABLE_NAME, INDEX_NAME, GROUP_CONCAT(CONCAT(COLUMN_NAME, IF(COLLATION = "
+                                 "'D', ' DESC', '')) ORDER BY SEQ_IN_INDEX) FROM information_schema.STATISTICS "
+                                 "WHERE TABLE_SCHEMA = 'sales' AND INDEX_NAME <> 'PRIMARY' GROUP BY TABLE_NAME, "
+                                 "INDEX_NAME;")));
     ExpectChecksAndCode(read, "UPDATE orders");
     // Read from information_schema in bulk: a few calls whatever the tables.
     EXPECT_EQ(Out().find("could not be read"), npos) << Out();

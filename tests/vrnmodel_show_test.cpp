@@ -73,9 +73,11 @@ TEST_F(ShowTest, JsonHasTypedValuesForEveryKind) {
     EXPECT_EQ(ColumnNamed(employees, "email").at("nullable"), false);
     EXPECT_EQ(ColumnNamed(employees, "employee_id").at("primary_key"), true);
     EXPECT_EQ(ColumnNamed(employees, "job_id").at("foreign_keys"), json::array({"emp_job_fk"}));
-    EXPECT_EQ(employees.at("primary_key").at("columns"), json::parse(R"([{"name": "employee_id", "descending": false}])"));
+    EXPECT_EQ(employees.at("primary_key").at("columns"),
+              json::parse(R"([{"name": "employee_id", "descending": false}])"));
     EXPECT_TRUE(employees.at("storage_params").at(0).is_null());
-    EXPECT_EQ(employees.at("checks"), json::parse(R"([{"name": "emp_salary_min", "column": "", "text": "salary > 0"}])"));
+    EXPECT_EQ(employees.at("checks"),
+              json::parse(R"([{"name": "emp_salary_min", "column": "", "text": "salary > 0"}])"));
     const json foreignKey = json::parse(R"({"name": "emp_dept_fk", "parent": {"owner": "", "name": "departments"},
         "identifying": false, "optional": true, "on_delete": "NO ACTION", "on_update": "NO ACTION",
         "references_alternate_key": false, "columns": [{"child": "department_id", "parent": "department_id"}]})");
