@@ -313,30 +313,24 @@ TEST_P(AtomicFileWayTest, ARemovalThatFailsIsReportedWithTheFileItLeaves) {
     EXPECT_EQ(m_dir.Entries(), (std::vector<std::string>{"model.vrn", made[0].substr(m_dir.Path().size() + 1)}));
 }
 
-TEST_P(AtomicFileWayTest, ANewFileGetsThePermissionsOfAnyNewFile) {
-    for (const mode_t mask : {022, 027}) {
-        SCOPED_TRACE(mask);
+TEST_P(AtomicFileWayTest, ANewFileGetsThePermissionsOfAnyNewFileAndAReplacedOneKeepsItsOwn) {
+    struct CCase {
+        int previous;  // the replaced file's permissions; -1 for no file
+        mode_t mask, expected;
+    };
+    const CCase cases[] = {{-1, 022, 0644}, {-1, 027, 0640}, {0640, 022, 0640}, {0604, 022, 0604}, {0755, 077, 0755}};
+    for (const CCase& c : cases) {
+        SCOPED_TRACE(testing::Message() << "previous " << c.previous << ", mask " << c.mask);
         std::remove(m_target.c_str());
-        umask(mask);
-        CFaultyFileSystem fs;
-        Prepare(fs);
-        std::string reason;
-        EXPECT_TRUE(Save(fs, &reason)) << reason;
-        ExpectTook(GetParam(), fs);
-        ExpectSaved(0666 & ~mask);
-    }
-}
-
-TEST_P(AtomicFileWayTest, AReplacedFileKeepsItsPermissions) {
-    for (const mode_t mode : {0640, 0604, 0755}) {
-        SCOPED_TRACE(mode);
-        PlacePrevious(mode);
+        if (c.previous >= 0) PlacePrevious(static_cast<mode_t>(c.previous));
+        umask(c.mask);
         CFaultyFileSystem fs;
         Prepare(fs);
         std::string reason = "a reason left from before";
         EXPECT_TRUE(Save(fs, &reason)) << reason;
         EXPECT_EQ(reason, "");
-        ExpectSaved(mode);
+        ExpectTook(GetParam(), fs);
+        ExpectSaved(c.expected);
     }
 }
 
