@@ -11,7 +11,6 @@ namespace {
 
 class ResolutionTest : public CBuilderTest {
 protected:
-
     // A table whose columns named in `keyColumns` form its primary key.
     unsigned long Table(const char* name, std::initializer_list<const char*> columns,
                         std::initializer_list<const char*> keyColumns) {
@@ -55,7 +54,6 @@ protected:
     std::vector<std::string> SavedForeignKeys() {
         return m_reader->Column("SELECT name FROM ForeignKey ORDER BY row_seq");
     }
-
 };
 
 TEST_F(ResolutionTest, AnIdentifyingMigrationOwnsAndNamesItsChildAttribute) {
@@ -245,7 +243,9 @@ protected:
         m_emp = Table("EMP", {"EMP_ID", "DEPT_ID", "DEPT_CODE"}, {"EMP_ID"});
     }
     void TearDown() override {
-        for (unsigned id : {kHostTextParentNotFound, kHostTextUnnamedKeyNotAdded, kHostTextForeignKeyNotAdded, kHostTextColumnPairNotAdded}) AfxSetResourceString(id, nullptr);
+        for (unsigned id : {kHostTextParentNotFound, kHostTextUnnamedKeyNotAdded, kHostTextForeignKeyNotAdded,
+                            kHostTextColumnPairNotAdded})
+            AfxSetResourceString(id, nullptr);
     }
     std::vector<std::string> Messages(const CStringList& list) {
         std::vector<std::string> texts;

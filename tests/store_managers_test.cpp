@@ -66,29 +66,25 @@ TEST_F(ManagersTest, AnExhaustedKeySpaceGivesNoKeyRatherThanARepeat) {
     EXPECT_EQ(reopened.AllocKey(EKeyClass::ForeignKey), 0u);
 }
 
-TEST_F(ManagersTest, NameSpaceEntersEachTextOnce) {
+TEST_F(ManagersTest, NameSpaceEntersEachTextOnceAndKeepsItsNumbersInTheFile) {
+    const auto textOf = [](CNameSpaceMgr& names, std::int32_t id) {
+        CString text;
+        names.GetStringFromNameSpace(text, id);
+        return text.str();
+    };
     CNameSpaceMgr& names = *m_builder.GetNameSpaceMgr();
     const std::int32_t p = names.EnterString("P");
     EXPECT_EQ(names.EnterString("A"), p + 1);
     EXPECT_EQ(names.EnterString("P"), p);
-    CString text;
-    names.GetStringFromNameSpace(text, p + 1);
-    EXPECT_STREQ(text, "A");
-    names.GetStringFromNameSpace(text, 0);
-    EXPECT_STREQ(text, "");
-    names.GetStringFromNameSpace(text, 99999);
-    EXPECT_STREQ(text, "");
-}
+    EXPECT_EQ(textOf(names, p + 1), "A");
+    EXPECT_EQ(textOf(names, 0), "");
+    EXPECT_EQ(textOf(names, 99999), "");
 
-TEST_F(ManagersTest, NameSpaceTextsSurviveAReopen) {
-    const std::int32_t id = m_builder.GetNameSpaceMgr()->EnterString("SALES");
     const auto reopened = SaveAndReopen("names.vrn");
-    CNameSpaceMgr& names = *reopened->GetNameSpaceMgr();
-    CString text;
-    names.GetStringFromNameSpace(text, id);
-    EXPECT_STREQ(text, "SALES");
-    EXPECT_EQ(names.EnterString("SALES"), id);
-    EXPECT_EQ(names.EnterString("NEW"), id + 1);
+    CNameSpaceMgr& again = *reopened->GetNameSpaceMgr();
+    EXPECT_EQ(textOf(again, p + 1), "A");
+    EXPECT_EQ(again.EnterString("P"), p);
+    EXPECT_EQ(again.EnterString("NEW"), p + 2);
 }
 
 TEST_F(ManagersTest, ObjectTypesAreNumberedByRowTypeThenFrom530) {
