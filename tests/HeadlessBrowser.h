@@ -15,6 +15,8 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -119,12 +121,16 @@ public:
                  {{"type", type}, {"x", x}, {"y", y}, {"button", "left"}, {"clickCount", 1}});
     }
 
-    // The window as a PNG image; empty when Chromium gave none.
-    std::string Screenshot() {
+    // Saves the window as a PNG image at `path` (coreutils' base64 decodes
+    // what Chromium sends); false when Chromium gave none.
+    bool SaveScreenshot(const std::string& path) {
         nlohmann::json result;
         std::string why;
-        if (!Call("Page.captureScreenshot", {{"format", "png"}}, result, why)) return "";
-        return DecodeBase64(result.value("data", ""));
+        if (!Call("Page.captureScreenshot", {{"format", "png"}}, result, why)) return false;
+        std::ofstream(path + ".base64") << result.value("data", "");
+        const bool saved = std::system(("base64 -d < '" + path + ".base64' > '" + path + "'").c_str()) == 0;
+        std::remove((path + ".base64").c_str());
+        return saved;
     }
 
     // Everything the page wrote to its console, and every uncaught exception.
@@ -235,28 +241,6 @@ private:
             }
             m_buffer.append(chunk, static_cast<std::size_t>(n));
         }
-    }
-
-    static std::string DecodeBase64(const std::string& text) {
-        std::string bytes;
-        unsigned value = 0;
-        int bits = 0;
-        for (char ch : text) {
-            int digit;
-            if (ch >= 'A' && ch <= 'Z') digit = ch - 'A';
-            else if (ch >= 'a' && ch <= 'z') digit = ch - 'a' + 26;
-            else if (ch >= '0' && ch <= '9') digit = ch - '0' + 52;
-            else if (ch == '+') digit = 62;
-            else if (ch == '/') digit = 63;
-            else continue;
-            value = value << 6 | static_cast<unsigned>(digit);
-            bits += 6;
-            if (bits >= 8) {
-                bits -= 8;
-                bytes += static_cast<char>((value >> bits) & 0xFF);
-            }
-        }
-        return bytes;
     }
 
     static constexpr int kPatience = 180;  // seconds

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,6 +24,54 @@ struct CImported {
     CImportReport report;
 };
 
+inline int PlatformCode(const char* name) { return FindPlatformByName(name)->code; }
+
+// One line per change, as a user reads them; "" for equal models.
+inline std::string Described(const std::vector<CModelChange>& changes) {
+    std::string text;
+    for (const CModelChange& change : changes) text += change.Describe() + "\n";
+    return text;
+}
+
+// Runs `scripts` in turn in the SQLite database at `path`: the first error
+// with the script that gave it, or "" when all ran.
+inline std::string RunInSqlite(const std::vector<std::string>& scripts, const std::string& path = ":memory:") {
+    sqlite3* db = nullptr;
+    std::string error = sqlite3_open(path.c_str(), &db) == SQLITE_OK ? "" : "cannot open " + path;
+    for (const std::string& script : scripts) {
+        char* message = nullptr;
+        if (error.empty() && sqlite3_exec(db, script.c_str(), nullptr, nullptr, &message) != SQLITE_OK)
+            error = std::string(message ? message : "failed") + " in:\n" + script;
+        sqlite3_free(message);
+    }
+    sqlite3_close(db);
+    return error;
+}
+
+// The model of a saved file; a failure when it cannot be read.
+inline CModel ReadModel(const std::string& path) {
+    CModel model;
+    std::string error;
+    EXPECT_TRUE(ReadModelFile(path, model, error)) << error;
+    return model;
+}
+
+// A model file made at `path` through a builder for `platform` by `build`.
+inline void BuildModelFile(const std::string& path, int platform, const std::function<void(CVrnAPI&)>& build) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(platform, nullptr), 1);
+    build(builder);
+    builder.SaveToFile(path.c_str());
+    ASSERT_STREQ(builder.GetVrnFile()->GetLastError(), "");
+}
+
+// The model the builder holds, saved to `path` and read back.
+inline CModel SaveAndRead(CVrnAPI& builder, const std::string& path) {
+    builder.SaveToFile(path.c_str());
+    EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
+    return ReadModel(path);
+}
+
 // The model of `scripts`, read in the dialect of `platform`, one source each,
 // saved in `dir`.
 inline CImported ImportScripts(int platform, const std::vector<std::string>& scripts, CScratchDir& dir) {
@@ -33,11 +83,7 @@ inline CImported ImportScripts(int platform, const std::vector<std::string>& scr
     for (std::size_t i = 0; i < scripts.size(); ++i)
         importer.ImportScript("script" + std::to_string(i + 1) + ".sql", scripts[i]);
     importer.Finish();
-    const std::string path = dir.File("imported" + std::to_string(++saved) + ".vrn");
-    builder.SaveToFile(path.c_str());
-    EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
-    std::string error;
-    EXPECT_TRUE(ReadModelFile(path, result.model, error)) << error;
+    result.model = SaveAndRead(builder, dir.File("imported" + std::to_string(++saved) + ".vrn"));
     return result;
 }
 

@@ -20,15 +20,19 @@ CModelFileReader::CModelFileReader(const std::string& path) {
 CModelFileReader::~CModelFileReader() { sqlite3_close(m_db); }
 
 std::vector<CRowValues> CModelFileReader::Rows(const std::string& table, const std::string& orderBy) const {
-    std::vector<CRowValues> rows;
     std::string sql = "SELECT * FROM \"" + table + "\"";
     if (!orderBy.empty()) sql += " ORDER BY " + orderBy;
     else if (table != "FileInfo" && table != "NameSpace" && table != "ObjectType" && table != "KeyAllocator" &&
              table != "MetaTable" && table != "Property" && table != "Partition" && table != "PropertyValue")
         sql += " ORDER BY row_seq";
+    return Query(sql);
+}
+
+std::vector<CRowValues> CModelFileReader::Query(const std::string& sql) const {
+    std::vector<CRowValues> rows;
     sqlite3_stmt* stmt = nullptr;
     if (!m_db || sqlite3_prepare_v2(m_db, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK)
-        throw std::runtime_error("cannot read " + table);
+        throw std::runtime_error("cannot run " + sql);
     while (sqlite3_step(stmt) == SQLITE_ROW) {
         CRowValues row;
         for (int col = 0; col < sqlite3_column_count(stmt); ++col) {

@@ -23,6 +23,8 @@ public:
     // Every row of `table` in output order (by row_seq where the table has it),
     // each as column name -> text ("NULL" for SQL NULL).
     std::vector<CRowValues> Rows(const std::string& table, const std::string& orderBy = "") const;
+    // Every row that `sql` selects, each as column name -> text.
+    std::vector<CRowValues> Query(const std::string& sql) const;
     std::int64_t Count(const std::string& table) const;
     // The first column of the first row of `sql`, as text; "" when none.
     std::string Scalar(const std::string& sql) const;

@@ -7,8 +7,6 @@
 #pragma once
 
 #include <signal.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -18,10 +16,8 @@
 #include "ModelFileReader.h"
 #include "ServerProcess.h"
 
-class CPostgresServer {
+class CPostgresServer : public CScratchServer {
 public:
-    ~CPostgresServer() { Stop(); }
-
     // Starts the server; false with the reason when it cannot be started here.
     bool Start(std::string& why) {
         m_bin = FindBin();
@@ -29,12 +25,7 @@ public:
             why = "no PostgreSQL server programs (Debian postgresql) under /usr/lib/postgresql";
             return false;
         }
-        m_dir = m_scratch.Path();
-        const bool root = geteuid() == 0;
-        if (root && chown(m_dir.c_str(), 65534, 65534) != 0) {
-            why = "cannot give the scratch directory to the user nobody";
-            return false;
-        }
+        if (!PrepareDir(why)) return false;
         const std::string data = m_dir + "/data";
         if (std::system((AsServerUser() + m_bin + "/initdb -D " + data + " --auth=trust -U vrn -E UTF8 --no-locale > " +
                          m_dir + "/initdb.log 2>&1")
@@ -42,38 +33,26 @@ public:
             why = "initdb failed: " + ReadBytes(m_dir + "/initdb.log");
             return false;
         }
-        m_port = CServerProcess::FreePort();
         std::vector<std::string> args;
-        if (root) args = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--pdeathsig=TERM"};
+        if (Root()) args = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--pdeathsig=TERM"};
         for (const std::string& arg :
              {m_bin + "/postgres", std::string("-D"), data, std::string("-p"), std::to_string(m_port), std::string("-k"),
               m_dir, std::string("-c"), std::string("listen_addresses=127.0.0.1"), std::string("-c"),
               std::string("fsync=off"), std::string("-c"), std::string("max_connections=20")})
             args.push_back(arg);
-        m_server.Spawn(args, m_dir + "/server.log", SIGINT);  // SIGINT: a fast shutdown
-        return m_server.WaitReady(m_bin + "/pg_isready -q -h 127.0.0.1 -p " + std::to_string(m_port), why);
+        m_process.Spawn(args, m_dir + "/server.log", SIGINT);  // SIGINT: a fast shutdown
+        return m_process.WaitReady(m_bin + "/pg_isready -q -h 127.0.0.1 -p " + std::to_string(m_port), why);
     }
 
-    void Stop() { m_server.Stop(); }
-
-    int Port() const { return m_port; }
-    // A loopback port no server listens on, for a connection that is refused.
-    static int UnusedPort() { return CServerProcess::FreePort(); }
     // The connection string of the psqlODBC driver for the database postgres.
     std::string Connection() const {
         return "Driver=PostgreSQL Unicode;Server=127.0.0.1;Port=" + std::to_string(m_port) + ";Database=postgres;UID=vrn";
     }
     // Runs SQL with psql; its unaligned output (rows as lines, columns split by |).
     std::string Sql(const std::string& sql) {
-        const std::string file = m_dir + "/query.sql", out = m_dir + "/query.out";
-        WriteBytes(file, sql);
-        chmod(file.c_str(), 0644);
-        m_lastStatus = CServerProcess::Run(
-            "psql -X -q -At -v ON_ERROR_STOP=1 -h 127.0.0.1 -p " + std::to_string(m_port) + " -U vrn -d postgres -f " + file,
-            out);
-        return ReadBytes(out);
+        return RunSql(sql, "psql -X -q -At -v ON_ERROR_STOP=1 -h 127.0.0.1 -p " + std::to_string(m_port) +
+                               " -U vrn -d postgres -f ");
     }
-    bool LastSqlSucceeded() const { return m_lastStatus == 0; }
 
 private:
     static std::string FindBin() {
@@ -85,12 +64,8 @@ private:
         return std::string();
     }
     static std::string AsServerUser() {
-        return geteuid() == 0 ? "setpriv --reuid=65534 --regid=65534 --clear-groups " : "";
+        return Root() ? "setpriv --reuid=65534 --regid=65534 --clear-groups " : "";
     }
 
-    CScratchDir m_scratch;
-    std::string m_bin, m_dir;
-    int m_port = 0;
-    CServerProcess m_server;
-    int m_lastStatus = 0;
+    std::string m_bin;
 };

@@ -9,6 +9,7 @@
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -85,13 +86,48 @@ public:
         return ntohs(address.sin_port);
     }
 
-    // Runs a shell command with its output into `out`; its exit status.
-    static int Run(const std::string& command, const std::string& out) {
-        return std::system((command + " > " + out + " 2>&1").c_str());
-    }
-
 private:
     pid_t m_pid = 0;
     int m_stopSignal = SIGTERM;
     std::string m_log;
+};
+
+// What both throw-away servers share: a scratch directory that the user
+// nobody owns when the tests run as root (neither server runs as root), a
+// free loopback port, the process, and SQL run through the server's client.
+class CScratchServer {
+public:
+    void Stop() { m_process.Stop(); }
+    int Port() const { return m_port; }
+    bool LastSqlSucceeded() const { return m_lastStatus == 0; }
+
+protected:
+    static bool Root() { return geteuid() == 0; }
+    // False with the reason when the directory cannot be given to nobody.
+    bool PrepareDir(std::string& why) {
+        m_dir = m_scratch.Path();
+        m_port = CServerProcess::FreePort();
+        if (Root() && chown(m_dir.c_str(), 65534, 65534) != 0) {
+            why = "cannot give the scratch directory to the user nobody";
+            return false;
+        }
+        return true;
+    }
+    // Runs SQL with `client`, a command line that ends with the file to read
+    // it from; the client's output.
+    std::string RunSql(const std::string& sql, const std::string& client) {
+        const std::string file = m_dir + "/query.sql", out = m_dir + "/query.out";
+        WriteBytes(file, sql);
+        chmod(file.c_str(), 0644);
+        m_lastStatus = std::system((client + file + " > " + out + " 2>&1").c_str());
+        return ReadBytes(out);
+    }
+
+    CScratchDir m_scratch;
+    std::string m_dir;
+    int m_port = 0;
+    CServerProcess m_process;  // stopped before the directory goes
+
+private:
+    int m_lastStatus = 0;
 };

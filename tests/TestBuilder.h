@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <sstream>
 #include <string>
 
 #include <VrnIntf.h>
@@ -62,6 +63,19 @@ inline std::string WithKey(std::string pattern, unsigned long key) {
     return pattern;
 }
 
+// The columns of `row` named in `names` (separated by spaces) as
+// "name=value name=value", so that several fields are compared at once and a
+// mismatch shows every one of them.
+inline std::string Fields(const CRowValues& row, const std::string& names) {
+    std::istringstream list(names);
+    std::string name, fields;
+    while (list >> name) {
+        const auto found = row.find(name);
+        fields += (fields.empty() ? "" : " ") + name + "=" + (found == row.end() ? "<no column>" : found->second);
+    }
+    return fields;
+}
+
 // Saves `builder` as `name` in `dir`, expecting the save to succeed, and
 // opens the saved file for reading.
 inline std::unique_ptr<CModelFileReader> SaveAndOpen(CVrnAPI& builder, const CScratchDir& dir,
@@ -71,3 +85,21 @@ inline std::unique_ptr<CModelFileReader> SaveAndOpen(CVrnAPI& builder, const CSc
     EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
     return std::make_unique<CModelFileReader>(path);
 }
+
+// A test of a builder initialised for `platform` (Oracle 8.x unless given),
+// with a scratch directory to save it in.
+class CBuilderTest : public ::testing::Test {
+protected:
+    explicit CBuilderTest(int platform = 34) : m_platform(platform) {}
+    void SetUp() override { ASSERT_EQ(m_builder.Initialize(m_platform, nullptr), 1); }
+    // Saves the builder and opens the saved file, which stays open until the next save.
+    CModelFileReader& Save() {
+        m_reader = SaveAndOpen(m_builder, m_dir);
+        return *m_reader;
+    }
+
+    const int m_platform;
+    CScratchDir m_dir;
+    CTestBuilder m_builder;
+    std::unique_ptr<CModelFileReader> m_reader;
+};

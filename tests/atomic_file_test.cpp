@@ -72,58 +72,48 @@ public:
     const std::vector<std::string>& TemporaryNames() const { return m_temporaryNames; }
     const std::vector<std::string>& Directories() const { return m_directories; }
 
+    // Each call is logged, then fails if told to, or else is made on the real file system.
     int CreateUnnamed(const std::string& directory, int* fd) override {
         m_directories.push_back(directory);
-        if (const int error = Fault(EStep::kCreateUnnamed)) return error;
-        return m_real.CreateUnnamed(directory, fd);
+        return Step(EStep::kCreateUnnamed, [&] { return m_real.CreateUnnamed(directory, fd); });
     }
     int CreateTemporary(const std::string& nameTemplate, std::string* name, int* fd) override {
-        if (const int error = Fault(EStep::kCreateTemporary)) return error;
-        const int error = m_real.CreateTemporary(nameTemplate, name, fd);
-        if (error == 0) m_temporaryNames.push_back(*name);
-        return error;
+        return Step(EStep::kCreateTemporary, [&] {
+            const int error = m_real.CreateTemporary(nameTemplate, name, fd);
+            if (error == 0) m_temporaryNames.push_back(*name);
+            return error;
+        });
     }
     int LinkUnnamed(int fd, const std::string& name) override {
         m_linkNames.push_back(name);
-        if (const int error = Fault(EStep::kLinkUnnamed)) return error;
-        return m_real.LinkUnnamed(fd, name);
+        return Step(EStep::kLinkUnnamed, [&] { return m_real.LinkUnnamed(fd, name); });
     }
     int SetMode(int fd, mode_t mode) override {
-        if (const int error = Fault(EStep::kSetMode)) return error;
-        return m_real.SetMode(fd, mode);
+        return Step(EStep::kSetMode, [&] { return m_real.SetMode(fd, mode); });
     }
     int Write(int fd, const void* data, std::size_t size, std::uint64_t offset, std::size_t* written) override {
-        if (const int error = Fault(EStep::kWrite)) return error;
-        return m_real.Write(fd, data, std::min(size, m_writeLimit), offset, written);
+        const std::size_t limited = std::min(size, m_writeLimit);
+        return Step(EStep::kWrite, [&] { return m_real.Write(fd, data, limited, offset, written); });
     }
     int Read(int fd, void* data, std::size_t size, std::uint64_t offset, std::size_t* read) override {
         return m_real.Read(fd, data, size, offset, read);
     }
-    int Sync(int fd) override {
-        if (const int error = Fault(EStep::kSync)) return error;
-        return m_real.Sync(fd);
-    }
+    int Sync(int fd) override { return Step(EStep::kSync, [&] { return m_real.Sync(fd); }); }
     int Close(int fd) override {
         const int error = Fault(EStep::kClose);
         const int real = m_real.Close(fd);
         return error ? error : real;
     }
     int Rename(const std::string& from, const std::string& to) override {
-        if (const int error = Fault(EStep::kRename)) return error;
-        return m_real.Rename(from, to);
+        return Step(EStep::kRename, [&] { return m_real.Rename(from, to); });
     }
-    int Remove(const std::string& name) override {
-        if (const int error = Fault(EStep::kRemove)) return error;
-        return m_real.Remove(name);
-    }
+    int Remove(const std::string& name) override { return Step(EStep::kRemove, [&] { return m_real.Remove(name); }); }
     int SyncDirectory(const std::string& directory) override {
         m_directories.push_back(directory);
-        if (const int error = Fault(EStep::kSyncDirectory)) return error;
-        return m_real.SyncDirectory(directory);
+        return Step(EStep::kSyncDirectory, [&] { return m_real.SyncDirectory(directory); });
     }
     int ModeOf(const std::string& path, mode_t* mode) override {
-        if (const int error = Fault(EStep::kModeOf)) return error;
-        return m_real.ModeOf(path, mode);
+        return Step(EStep::kModeOf, [&] { return m_real.ModeOf(path, mode); });
     }
     mode_t DefaultFileMode() override { return m_real.DefaultFileMode(); }
 
@@ -135,6 +125,11 @@ private:
         int times;
     };
 
+    template <class FReal>
+    int Step(EStep step, FReal real) {
+        const int error = Fault(step);
+        return error ? error : real();
+    }
     int Fault(EStep step) {
         m_log.push_back(step);
         const int call = Calls(step);
@@ -318,30 +313,24 @@ TEST_P(AtomicFileWayTest, ARemovalThatFailsIsReportedWithTheFileItLeaves) {
     EXPECT_EQ(m_dir.Entries(), (std::vector<std::string>{"model.vrn", made[0].substr(m_dir.Path().size() + 1)}));
 }
 
-TEST_P(AtomicFileWayTest, ANewFileGetsThePermissionsOfAnyNewFile) {
-    for (const mode_t mask : {022, 027}) {
-        SCOPED_TRACE(mask);
+TEST_P(AtomicFileWayTest, ANewFileGetsThePermissionsOfAnyNewFileAndAReplacedOneKeepsItsOwn) {
+    struct CCase {
+        int previous;  // the replaced file's permissions; -1 for no file
+        mode_t mask, expected;
+    };
+    const CCase cases[] = {{-1, 022, 0644}, {-1, 027, 0640}, {0640, 022, 0640}, {0604, 022, 0604}, {0755, 077, 0755}};
+    for (const CCase& c : cases) {
+        SCOPED_TRACE(testing::Message() << "previous " << c.previous << ", mask " << c.mask);
         std::remove(m_target.c_str());
-        umask(mask);
-        CFaultyFileSystem fs;
-        Prepare(fs);
-        std::string reason;
-        EXPECT_TRUE(Save(fs, &reason)) << reason;
-        ExpectTook(GetParam(), fs);
-        ExpectSaved(0666 & ~mask);
-    }
-}
-
-TEST_P(AtomicFileWayTest, AReplacedFileKeepsItsPermissions) {
-    for (const mode_t mode : {0640, 0604, 0755}) {
-        SCOPED_TRACE(mode);
-        PlacePrevious(mode);
+        if (c.previous >= 0) PlacePrevious(static_cast<mode_t>(c.previous));
+        umask(c.mask);
         CFaultyFileSystem fs;
         Prepare(fs);
         std::string reason = "a reason left from before";
         EXPECT_TRUE(Save(fs, &reason)) << reason;
         EXPECT_EQ(reason, "");
-        ExpectSaved(mode);
+        ExpectTook(GetParam(), fs);
+        ExpectSaved(c.expected);
     }
 }
 

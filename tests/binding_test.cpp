@@ -10,10 +10,11 @@ using vrn::StripQuotesAndNPrefix;
 
 namespace {
 
-class BindingTest : public ::testing::Test {
+class BindingTest : public CBuilderTest {
 protected:
+    BindingTest() : CBuilderTest(41) {}
     void SetUp() override {
-        ASSERT_EQ(m_builder.Initialize(41, nullptr), 1);
+        CBuilderTest::SetUp();
         m_zero = m_builder.AddDefault("df_zero", "0", nullptr);
         m_newDefault = m_builder.AddDefault("NewDefault", "1", nullptr);
         m_rule = m_builder.AddRule("r1", "@v > 0", nullptr);
@@ -26,7 +27,6 @@ protected:
     CVrnApiAttribute& Qty() { return *m_builder.GetEntityPtr(m_orders)->GetAttribute(2); }
     CNSOutputUserDatatype& Zip() { return *m_builder.FindUserType(m_zip); }
 
-    CTestBuilder m_builder;
     unsigned long m_zero = 0, m_newDefault = 0, m_rule = 0, m_quotedRule = 0, m_zip = 0, m_orders = 0, m_qty = 0;
 };
 
@@ -71,6 +71,8 @@ TEST_F(BindingTest, RuleTargetsInEveryShape) {
         {"r1", "", false, false},
         {"r1", "[]", false, false},
         {"missing", "orders.qty", false, false},
+        {nullptr, "orders.qty", false, false},
+        {"r1", nullptr, false, false},
         {"\"quoted\"", "orders.qty", true, false},  // double quotes stay part of the object name
     };
     for (const CTargetCase& c : cases) {
@@ -104,18 +106,9 @@ TEST_F(BindingTest, RulesAndDefaultsBindIndependentlyAndTheLatestWins) {
 TEST_F(BindingTest, BindingsReachTheSavedRows) {
     m_builder.BindRule("r1", "orders.qty");
     m_builder.BindDefault("df_zero", "zipcode");
-    CScratchDir dir;
-    const std::string path = dir.File("model.vrn");
-    m_builder.SaveToFile(path.c_str());
-    CModelFileReader reader(path);
+    CModelFileReader& reader = Save();
     EXPECT_EQ(reader.Scalar("SELECT rule_id FROM Attribute WHERE column_name = 'qty'"), std::to_string(m_rule));
     EXPECT_EQ(reader.Scalar("SELECT default_id FROM UserDatatype WHERE name = 'zipcode'"), std::to_string(m_zero));
-}
-
-TEST_F(BindingTest, NullNamesBindNothing) {
-    EXPECT_EQ(m_builder.BindRule(nullptr, "orders.qty"), 0u);
-    EXPECT_EQ(m_builder.BindRule("r1", nullptr), 0u);
-    EXPECT_EQ(Qty().m_ruleId, 0u);
 }
 
 }  // namespace

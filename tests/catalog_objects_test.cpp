@@ -8,26 +8,16 @@
 
 namespace {
 
-class CatalogObjectsTest : public ::testing::Test {
+class CatalogObjectsTest : public CBuilderTest {
 protected:
     void SetUp() override {
-        ASSERT_EQ(m_builder.Initialize(34, nullptr), 1);
+        CBuilderTest::SetUp();
         m_item = m_builder.AddEntity("ITEM", "SALES", 0, 0);
         m_builder.AddAttribute(m_item, "QTY", "int", -1, -1, 1, 0);
         m_builder.AddAttribute(m_item, "STATE", "int", -1, -1, 1, 0);
     }
-    CModelFileReader& Save() {
-        const std::string path = m_dir.File("model.vrn");
-        m_builder.SaveToFile(path.c_str());
-        EXPECT_STREQ(m_builder.GetVrnFile()->GetLastError(), "");
-        m_reader = std::make_unique<CModelFileReader>(path);
-        return *m_reader;
-    }
     CVrnApiAttribute& Attribute(int number) { return *m_builder.GetEntityPtr(m_item)->GetAttribute(number); }
 
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
-    std::unique_ptr<CModelFileReader> m_reader;
     unsigned long m_item = 0;
 };
 
@@ -43,14 +33,10 @@ TEST_F(CatalogObjectsTest, CheckConstraintsAreNumberedPerEntity) {
     EXPECT_EQ(rows[0].at("constraint_no") + rows[1].at("constraint_no") + rows[2].at("constraint_no") +
                   rows[3].at("constraint_no"),
               "1231");
-    EXPECT_EQ(rows[0].at("attribute_no"), "1");
-    EXPECT_EQ(rows[0].at("attribute_id"), "1");
-    EXPECT_EQ(rows[0].at("entity_key"), std::to_string(m_item));
-    EXPECT_EQ(rows[0].at("table_key"), std::to_string(m_item));
-    EXPECT_EQ(rows[0].at("model_no"), "1");
-    EXPECT_EQ(rows[1].at("name"), "");
-    EXPECT_EQ(rows[1].at("attribute_id"), "0");
-    EXPECT_EQ(rows[1].at("text"), "STATE IN (1, 2)");
+    const std::string item = std::to_string(m_item);
+    EXPECT_EQ(Fields(rows[0], "attribute_no attribute_id entity_key table_key model_no"),
+              "attribute_no=1 attribute_id=1 entity_key=" + item + " table_key=" + item + " model_no=1");
+    EXPECT_EQ(Fields(rows[1], "name attribute_id text"), "name= attribute_id=0 text=STATE IN (1, 2)");
     EXPECT_EQ(rows[2].at("model_no"), "7");
     EXPECT_NE(rows[0].at("constraint_key"), rows[1].at("constraint_key"));
 }
@@ -124,11 +110,9 @@ TEST_F(CatalogObjectsTest, PackageHeaderAndBodyMergeIntoOneRow) {
     EXPECT_EQ(m_builder.AddPackage("PKG", "SCOTT", "package body PKG is begin null; end;", true), declared);
     const auto rows = Save().Rows("DbPackage");
     ASSERT_EQ(rows.size(), 1u);
-    EXPECT_EQ(rows[0].at("name"), "PKG");
-    EXPECT_EQ(rows[0].at("owner"), "SCOTT");
-    EXPECT_EQ(rows[0].at("fixed_no"), "1");
-    EXPECT_EQ(rows[0].at("header_text"), "package PKG is end;");
-    EXPECT_EQ(rows[0].at("body_text"), "package body PKG is begin null; end;");
+    EXPECT_EQ(Fields(rows[0], "name owner fixed_no header_text body_text"),
+              "name=PKG owner=SCOTT fixed_no=1 header_text=package PKG is end; "
+              "body_text=package body PKG is begin null; end;");
 }
 
 TEST_F(CatalogObjectsTest, APackageWithoutOwnerMatchesAnyOwner) {
@@ -172,9 +156,7 @@ TEST_F(CatalogObjectsTest, StorageObjectsAreWrittenButNotHandedOut) {
     EXPECT_EQ(m_builder.AddStorageObject("TS_IDX", "SYS", "create tablespace TS_IDX", 4), 0u);
     const auto rows = Save().Rows("Storage_Object");
     ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[0].at("owner"), "");
-    EXPECT_EQ(rows[0].at("kind"), "4");
-    EXPECT_EQ(rows[0].at("fixed_no"), "1");
+    EXPECT_EQ(Fields(rows[0], "owner kind fixed_no"), "owner= kind=4 fixed_no=1");
     EXPECT_EQ(rows[1].at("owner"), "SYS");
     EXPECT_NE(rows[0].at("object_key"), rows[1].at("object_key"));
 }
@@ -199,23 +181,6 @@ TEST_F(CatalogObjectsTest, TheNineCatalogListsAreWrittenInTheirFixedOrder) {
         EXPECT_GT(seq, previous) << table;
         previous = seq;
     }
-}
-
-TEST(CatalogMisuseTest, NothingIsAddedBeforeInitialize) {
-    CVrnAPI builder;
-    unsigned long parent = 5;
-    EXPECT_EQ(builder.AddTrigger("T", nullptr, "t", 0, 0), 0u);
-    EXPECT_EQ(builder.FindTrigger("T", nullptr, parent), 0u);
-    EXPECT_EQ(parent, 0u);
-    EXPECT_EQ(builder.AddProcedure("P", nullptr, "p", 0), 0u);
-    EXPECT_EQ(builder.AddPackage("PKG", nullptr, "p", false), 0u);
-    EXPECT_EQ(builder.FindPackage("PKG", nullptr), nullptr);
-    EXPECT_EQ(builder.AddReferencedObject(1, 1, 1, 1, 40), 0u);
-    EXPECT_EQ(builder.AddStorageObject("S", nullptr, "s", 0), 0u);
-    EXPECT_EQ(builder.AddTablePartition(1, "P1"), 0u);
-    EXPECT_EQ(builder.SetPartitionProperty(1, 16, 1), 0);
-    builder.AddCheckConstraint("C", "c", 1, nullptr, 0);
-    EXPECT_TRUE(builder.GetPackageList().IsEmpty());
 }
 
 }  // namespace

@@ -12,14 +12,9 @@ using vrn::StripCatalogQuotes;
 
 namespace {
 
-class CatalogTypesTest : public ::testing::Test {
+class CatalogTypesTest : public CBuilderTest {
 protected:
-    void SetUp() override { ASSERT_EQ(m_builder.Initialize(41, nullptr), 1); }
-
-    std::unique_ptr<CModelFileReader> Save() { return SaveAndOpen(m_builder, m_dir); }
-
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
+    CatalogTypesTest() : CBuilderTest(41) {}
 };
 
 TEST(CatalogTextTest, QuotedNamesLoseTheirDecorations) {
@@ -80,11 +75,10 @@ TEST_F(CatalogTypesTest, DefaultNamesAreKeptAsGiven) {
     m_builder.AddDefault("'Quoted'", " 0 ", nullptr);
     EXPECT_EQ(m_builder.FindDefault("Quoted"), 0u);
     EXPECT_EQ(m_builder.FindDefault("'quoted'"), 1u);
-    auto reader = Save();
-    const auto rows = reader->Rows("Defaults");
+    CModelFileReader& reader = Save();
+    const auto rows = reader.Rows("Defaults");
     ASSERT_EQ(rows.size(), 1u);
-    EXPECT_EQ(rows[0].at("name"), "'Quoted'");
-    EXPECT_EQ(rows[0].at("text"), " 0 ");
+    EXPECT_EQ(Fields(rows[0], "name text"), "name='Quoted' text= 0 ");
 }
 
 TEST_F(CatalogTypesTest, UserDatatypesCarryTheMappedBaseType) {
@@ -95,20 +89,13 @@ TEST_F(CatalogTypesTest, UserDatatypesCarryTheMappedBaseType) {
     EXPECT_EQ(m_builder.FindUserType("Nation"), 0u);
     EXPECT_EQ(m_builder.FindUserType("AMOUNT"), 3u);
 
-    auto reader = Save();
-    const auto rows = reader->Rows("UserDatatype");
+    CModelFileReader& reader = Save();
+    const auto rows = reader.Rows("UserDatatype");
     ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(rows[0].at("name"), "Boolean");
-    EXPECT_EQ(rows[0].at("datatype"), "BIT");
-    EXPECT_EQ(rows[0].at("length"), "-1");
-    EXPECT_EQ(rows[1].at("name"), "ation");
-    EXPECT_EQ(rows[1].at("datatype"), "VAR");
-    EXPECT_EQ(rows[1].at("length"), "30");
-    EXPECT_EQ(rows[2].at("datatype"), "DC");
-    EXPECT_EQ(rows[2].at("length"), "10");
-    EXPECT_EQ(rows[2].at("scale"), "2");
-    EXPECT_EQ(rows[2].at("user_datatype_id"), "3");
-    EXPECT_EQ(rows[2].at("default_id"), "0");
+    EXPECT_EQ(Fields(rows[0], "name datatype length"), "name=Boolean datatype=BIT length=-1");
+    EXPECT_EQ(Fields(rows[1], "name datatype length"), "name=ation datatype=VAR length=30");
+    EXPECT_EQ(Fields(rows[2], "datatype length scale user_datatype_id default_id"),
+              "datatype=DC length=10 scale=2 user_datatype_id=3 default_id=0");
 }
 
 TEST_F(CatalogTypesTest, AnUnknownBaseTypeAddsNothingAndUsesNoNumber) {
@@ -118,7 +105,7 @@ TEST_F(CatalogTypesTest, AnUnknownBaseTypeAddsNothingAndUsesNoNumber) {
     EXPECT_EQ(m_builder.AddUserType("Null", nullptr), 0u);
     EXPECT_EQ(m_builder.FindUserType("Geo"), 0u);
     EXPECT_EQ(m_builder.AddUserType("Flag", "'char(1)'"), 1u);
-    EXPECT_EQ(Save()->Count("UserDatatype"), 1);
+    EXPECT_EQ(Save().Count("UserDatatype"), 1);
 }
 
 TEST_F(CatalogTypesTest, TheFirstOfANameIsFoundAmongThousands) {
@@ -135,8 +122,8 @@ TEST_F(CatalogTypesTest, SavedInListOrderDefaultsThenRulesThenUserDatatypes) {
     m_builder.AddRule("R1", "@v > 0", nullptr);
     m_builder.AddDefault("D1", "0", nullptr);
     m_builder.AddDefault("D2", "1", nullptr);
-    auto reader = Save();
-    const std::string order = reader->Scalar(
+    CModelFileReader& reader = Save();
+    const std::string order = reader.Scalar(
         "SELECT group_concat(n, ' ') FROM (SELECT row_seq, name AS n FROM Defaults UNION ALL "
         "SELECT row_seq, name FROM Rules UNION ALL SELECT row_seq, name FROM UserDatatype ORDER BY row_seq)");
     EXPECT_EQ(order, "D1 D2 R1 U1");

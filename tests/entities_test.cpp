@@ -7,15 +7,7 @@
 
 namespace {
 
-class EntitiesTest : public ::testing::Test {
-protected:
-    void SetUp() override { ASSERT_EQ(m_builder.Initialize(34, nullptr), 1); }
-
-    std::unique_ptr<CModelFileReader> Save() { return SaveAndOpen(m_builder, m_dir); }
-
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
-};
+class EntitiesTest : public CBuilderTest {};
 
 TEST_F(EntitiesTest, OwnersSeparateEntitiesOfOneName) {
     const unsigned long sales = m_builder.AddEntity("ITEM", "SALES", 0, 0);
@@ -40,19 +32,14 @@ TEST_F(EntitiesTest, TheDB2SqlIdOwnsEntitiesAddedWithoutOwner) {
     EXPECT_STREQ(m_builder.GetEntityPtr(given)->GetOwner(), "OWNER1");
 }
 
-TEST_F(EntitiesTest, AnEntityWithoutOwnerIsFoundUnderAnyOwner) {
+TEST_F(EntitiesTest, OwnerlessAndUnnamedEntities) {
     const unsigned long item = m_builder.AddEntity("ITEM", nullptr, 0, 0);
-    EXPECT_EQ(m_builder.FindEntity("ITEM", "ANYONE", 0), item);
-}
-
-TEST_F(EntitiesTest, AnEmptyOwnerTakesOverTheBareName) {
-    const unsigned long first = m_builder.AddEntity("ITEM", "SALES", 0, 0);
-    const unsigned long second = m_builder.AddEntity("ITEM", "", 0, 0);
-    EXPECT_NE(first, second);
-    EXPECT_EQ(m_builder.FindEntity("ITEM", nullptr, 0), second);
-}
-
-TEST_F(EntitiesTest, NullNamesCountAsEmpty) {
+    EXPECT_EQ(m_builder.FindEntity("ITEM", "ANYONE", 0), item);  // no owner: found under any
+    // An empty owner is an owner too: it takes over the bare name.
+    const unsigned long empty = m_builder.AddEntity("ITEM", "", 0, 0);
+    EXPECT_NE(item, empty);
+    EXPECT_EQ(m_builder.FindEntity("ITEM", nullptr, 0), empty);
+    // A null name counts as empty.
     const unsigned long unnamed = m_builder.AddEntity(nullptr, nullptr, 0, 0);
     EXPECT_NE(unnamed, 0u);
     EXPECT_EQ(m_builder.FindEntity("", nullptr, 0), unnamed);
@@ -71,26 +58,6 @@ TEST_F(EntitiesTest, UnknownIdentifiersAnswerZero) {
     EXPECT_EQ(m_builder.DeleteAttribute(77, 1), 0);
 }
 
-TEST(EntitiesMisuseTest, NothingIsAddedBeforeInitialize) {
-    CVrnAPI builder;
-    EXPECT_EQ(builder.AddEntity("ITEM", nullptr, 0, 0), 0u);
-    EXPECT_EQ(builder.FindEntity("ITEM", nullptr, 0), 0u);
-    EXPECT_EQ(builder.AddAttribute(1, "A", "int", -1, -1, 1, 0), 0u);
-}
-
-TEST(NullableDefaultTest, FollowsThePlatform) {
-    for (int platform : {2, 3, 11, 33, 36, 37, 41, 43, 54}) {
-        CVrnAPI builder;
-        builder.Initialize(platform, nullptr);
-        EXPECT_EQ(builder.GetNullableDefault(), 0) << platform;
-    }
-    for (int platform : {0, 1, 8, 34, 39, 47, 53, 55, 99}) {
-        CVrnAPI builder;
-        builder.Initialize(platform, nullptr);
-        EXPECT_EQ(builder.GetNullableDefault(), 1) << platform;
-    }
-}
-
 TEST_F(EntitiesTest, ASavedModelHoldsEachTablesRowsInOrder) {
     m_builder.SetModelId(7);
     const unsigned long item = m_builder.AddEntity("ITEM", "SALES", 0, 0);
@@ -100,51 +67,38 @@ TEST_F(EntitiesTest, ASavedModelHoldsEachTablesRowsInOrder) {
     m_builder.AddAttribute(dept, "ID", "INTEGER", -1, -1, 0, 0);
     m_builder.AddEntity("V_ITEM", nullptr, 0, 1);
 
-    auto reader = Save();
+    CModelFileReader& reader = Save();
     // Version, diagram and model first; then per table its attributes, storage row and entity row.
-    const std::string order = reader->Scalar(
+    const std::string order = reader.Scalar(
         "SELECT group_concat(what, ' ') FROM ("
         "SELECT row_seq, 'A:' || column_name AS what FROM Attribute UNION ALL "
         "SELECT row_seq, 'S:' || entity_key FROM TableStorage UNION ALL "
         "SELECT row_seq, 'E:' || entity_name FROM Entity ORDER BY row_seq)");
     EXPECT_EQ(order, "A:QTY A:NAME S:" + std::to_string(item) + " E:ITEM A:ID S:" + std::to_string(dept) + " E:DEPT");
-    EXPECT_EQ(reader->Scalar("SELECT min(row_seq) FROM Attribute"), "4");
+    EXPECT_EQ(reader.Scalar("SELECT min(row_seq) FROM Attribute"), "4");
 
-    const auto entities = reader->Rows("Entity");
+    const auto entities = reader.Rows("Entity");
     ASSERT_EQ(entities.size(), 2u);  // the view writes nothing
-    EXPECT_EQ(entities[0].at("diagram_no"), "1");
-    EXPECT_EQ(entities[0].at("model_no"), "7");
-    EXPECT_EQ(entities[0].at("entity_key"), std::to_string(item));
-    EXPECT_EQ(entities[0].at("table_key"), std::to_string(item));
-    EXPECT_EQ(entities[0].at("model_no_copy"), "7");
-    EXPECT_EQ(entities[0].at("owner"), "SALES");
-    EXPECT_EQ(entities[0].at("entity_name"), "ITEM");
-    EXPECT_EQ(entities[0].at("table_name"), "ITEM");
+    const std::string key = std::to_string(item);
+    EXPECT_EQ(Fields(entities[0],
+                     "diagram_no model_no entity_key table_key model_no_copy owner entity_name table_name"),
+              "diagram_no=1 model_no=7 entity_key=" + key + " table_key=" + key +
+                  " model_no_copy=7 owner=SALES entity_name=ITEM table_name=ITEM");
     EXPECT_EQ(entities[1].at("owner"), "");
 
-    const auto attributes = reader->Rows("Attribute");
+    const auto attributes = reader.Rows("Attribute");
     ASSERT_EQ(attributes.size(), 3u);
-    EXPECT_EQ(attributes[0].at("attribute_id"), std::to_string(qty));
-    EXPECT_EQ(attributes[0].at("attribute_no"), "1");
-    EXPECT_EQ(attributes[0].at("entity_key"), std::to_string(item));
-    EXPECT_EQ(attributes[0].at("table_key"), std::to_string(item));
-    EXPECT_EQ(attributes[0].at("model_no"), "7");
-    EXPECT_EQ(attributes[0].at("datatype"), "NUM");
-    EXPECT_EQ(attributes[0].at("width"), "0");
-    EXPECT_EQ(attributes[0].at("null_option"), "0");
-    EXPECT_EQ(attributes[0].at("attribute_name_given"), "1");
-    EXPECT_EQ(attributes[1].at("attribute_id"), std::to_string(name));
-    EXPECT_EQ(attributes[1].at("datatype"), "VAR");
-    EXPECT_EQ(attributes[1].at("width"), "40");
-    EXPECT_EQ(attributes[1].at("sequence_no"), "5");
-    EXPECT_EQ(attributes[1].at("attribute_name"), "NAME");
+    EXPECT_EQ(Fields(attributes[0], "attribute_id attribute_no entity_key table_key model_no datatype width "
+                                    "null_option attribute_name_given"),
+              "attribute_id=" + std::to_string(qty) + " attribute_no=1 entity_key=" + key + " table_key=" + key +
+                  " model_no=7 datatype=NUM width=0 null_option=0 attribute_name_given=1");
+    EXPECT_EQ(Fields(attributes[1], "attribute_id datatype width sequence_no attribute_name"),
+              "attribute_id=" + std::to_string(name) + " datatype=VAR width=40 sequence_no=5 attribute_name=NAME");
 
-    const auto storage = reader->Rows("TableStorage");
+    const auto storage = reader.Rows("TableStorage");
     ASSERT_EQ(storage.size(), 2u);
-    EXPECT_EQ(storage[0].at("table_key"), std::to_string(item));
-    EXPECT_EQ(storage[0].at("model_no"), "7");
-    EXPECT_EQ(storage[0].at("param1"), "-1");
-    EXPECT_EQ(storage[0].at("param11"), "-1");
+    EXPECT_EQ(Fields(storage[0], "table_key model_no param1 param11"),
+              "table_key=" + key + " model_no=7 param1=-1 param11=-1");
 }
 
 TEST_F(EntitiesTest, EntitiesAddedBeforeAModelNumberKeepTheOneCurrentThen) {
@@ -163,26 +117,13 @@ TEST_F(EntitiesTest, PrimaryKeyRowsFollowAttributeOrderWithTheirOwnNumbers) {
     CVrnApiEntity& entity = *m_builder.GetEntityPtr(item);
     entity.GetAttribute(3)->SetIsPkAttribute(1);
     entity.GetAttribute(1)->SetIsPkAttribute(1);
-    auto reader = Save();
-    const auto rows = reader->Rows("PrimaryKey");
+    CModelFileReader& reader = Save();
+    const auto rows = reader.Rows("PrimaryKey");
     ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[0].at("attribute_no"), "1");
-    EXPECT_EQ(rows[0].at("sequence_no"), "10");
-    EXPECT_EQ(rows[1].at("attribute_no"), "3");
-    EXPECT_EQ(rows[1].at("sequence_no"), "30");
-    EXPECT_EQ(rows[1].at("entity_key"), std::to_string(item));
-    EXPECT_EQ(reader->Scalar("SELECT (SELECT max(row_seq) FROM PrimaryKey) < (SELECT row_seq FROM Entity)"), "1");
-}
-
-TEST_F(EntitiesTest, TheViewSqlAndFlagsAreKeptOnTheEntity) {
-    CVrnApiEntity& view = *m_builder.GetEntityPtr(m_builder.AddEntity("V", nullptr, 0, 1));
-    view.SetViewSQL("select 1 from dual");
-    view.SetIsValidView(0);
-    EXPECT_STREQ(view.GetViewSQL(), "select 1 from dual");
-    EXPECT_EQ(view.GetIsValidView(), 0);
-    EXPECT_EQ(view.GetIsView(), 1);
-    EXPECT_EQ(view.Save(), 1);
-    EXPECT_STREQ(view.GetName(), "V");
+    EXPECT_EQ(Fields(rows[0], "attribute_no sequence_no"), "attribute_no=1 sequence_no=10");
+    EXPECT_EQ(Fields(rows[1], "attribute_no sequence_no entity_key"),
+              "attribute_no=3 sequence_no=30 entity_key=" + std::to_string(item));
+    EXPECT_EQ(reader.Scalar("SELECT (SELECT max(row_seq) FROM PrimaryKey) < (SELECT row_seq FROM Entity)"), "1");
 }
 
 }  // namespace

@@ -7,24 +7,24 @@
 
 namespace {
 
-class PropertiesTest : public ::testing::Test {
+class PropertiesTest : public CBuilderTest {
 protected:
     void SetUp() override {
-        ASSERT_EQ(m_builder.Initialize(34, nullptr), 1);
+        CBuilderTest::SetUp();
         m_entity = m_builder.AddEntity("ITEM", "SALES", 0, 0);
         m_attribute = m_builder.AddAttribute(m_entity, "QTY", "NUMBER", -1, -1, 1, 0);
     }
     CVrnApiEntity& Entity() { return *m_builder.GetEntityPtr(m_entity); }
-    std::unique_ptr<CModelFileReader> Save() { return SaveAndOpen(m_builder, m_dir); }
-    // The single property record of the model, as "kind key property value text".
-    std::string OnlyProperty() {
-        const auto& records = m_builder.GetPropertyMgr()->GetRecords();
-        if (records.size() != 1) return "records: " + std::to_string(records.size());
-        return DescribeProperty(records.front());
+    const std::vector<CPropertyMgr::CRecord>& Records() { return m_builder.GetPropertyMgr()->GetRecords(); }
+    // The property records stored after the first `before`, each as "kind key
+    // property value text", separated by "; ".
+    std::string PropertiesSince(std::size_t before) {
+        std::string described;
+        for (std::size_t i = before; i < Records().size(); ++i)
+            described += (described.empty() ? "" : "; ") + DescribeProperty(Records()[i]);
+        return described;
     }
 
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
     unsigned long m_entity = 0;
     unsigned long m_attribute = 0;
 };
@@ -35,15 +35,14 @@ TEST_F(PropertiesTest, StorageCodesFillTheirSlots) {
     for (const auto& [code, slot] : codeToSlot)
         EXPECT_EQ(m_builder.SetEntityProperty(m_entity, code, code * 100), 1) << code;
     EXPECT_EQ(m_builder.SetEntityProperty(m_entity, 16, -5), 1);  // no range check, last call wins
-    auto reader = Save();
-    const auto row = reader->Rows("TableStorage").at(0);
+    const auto row = Save().Rows("TableStorage").at(0);
     for (const auto& [code, slot] : codeToSlot) {
         SCOPED_TRACE(code);
         EXPECT_EQ(row.at("param" + std::to_string(slot)), code == 16 ? "-5" : std::to_string(code * 100));
     }
     EXPECT_EQ(row.at("param1"), "-1");
     EXPECT_EQ(row.at("param2"), "-1");
-    EXPECT_TRUE(m_builder.GetPropertyMgr()->GetRecords().empty());
+    EXPECT_TRUE(Records().empty());
 }
 
 struct CPropertyCase {
@@ -66,13 +65,9 @@ TEST_F(PropertiesTest, IntegerCodesStoreTheirPropertyAndValueNumbers) {
     };
     for (const CPropertyCase& c : cases) {
         SCOPED_TRACE(testing::Message() << "code " << c.code << " value " << c.value);
-        CTestBuilder builder;
-        ASSERT_EQ(builder.Initialize(34, nullptr), 1);
-        const unsigned long entity = builder.AddEntity("T", nullptr, 0, 0);
-        EXPECT_EQ(builder.SetEntityProperty(entity, c.code, c.value), 1);
-        const auto& records = builder.GetPropertyMgr()->GetRecords();
-        ASSERT_EQ(records.size(), 1u);
-        EXPECT_EQ(DescribeProperty(records.front()), WithKey(c.expected, entity));
+        const std::size_t before = Records().size();
+        EXPECT_EQ(m_builder.SetEntityProperty(m_entity, c.code, c.value), 1);
+        EXPECT_EQ(PropertiesSince(before), WithKey(c.expected, m_entity));
     }
 }
 
@@ -80,7 +75,7 @@ TEST_F(PropertiesTest, UnknownCodesChangeNothing) {
     for (int code : {0, 1, 15, 27, 31, 32, 34, 56, 57, 69, 71, 77, -16, 1000})
         EXPECT_EQ(m_builder.SetEntityProperty(m_entity, code, 1), 0) << code;
     for (int code : {0, 1, 16, 25, 76, 3, -2, 500}) EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, code, "x"), 0) << code;
-    EXPECT_TRUE(m_builder.GetPropertyMgr()->GetRecords().empty());
+    EXPECT_TRUE(Records().empty());
 }
 
 TEST_F(PropertiesTest, ReadBacksFillThePropertyValueHandles) {
@@ -99,12 +94,12 @@ TEST_F(PropertiesTest, ReadBacksFillThePropertyValueHandles) {
 
 TEST_F(PropertiesTest, BufferPoolKeywordsAreExact) {
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 27, "RECYCLE"), 1);
-    EXPECT_EQ(OnlyProperty(), "table " + std::to_string(m_entity) + " 24 33 null");
+    EXPECT_EQ(PropertiesSince(0), "table " + std::to_string(m_entity) + " 24 33 null");
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 27, "Recycle"), 0);
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 27, "keep"), 0);
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 69, nullptr), 0);
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 69, "DEFAULT"), 1);
-    const auto& last = m_builder.GetPropertyMgr()->GetRecords().back();
+    const auto& last = Records().back();
     EXPECT_EQ(last.ownerKind, "overflow");
     EXPECT_EQ(last.valueNo, 31);
 }
@@ -117,15 +112,12 @@ TEST_F(PropertiesTest, TextCodesStoreTheirTextOrPassNullOn) {
     };
     for (const auto& [code, pattern] : cases) {
         SCOPED_TRACE(code);
-        CTestBuilder builder;
-        ASSERT_EQ(builder.Initialize(34, nullptr), 1);
-        const unsigned long entity = builder.AddEntity("T", nullptr, 0, 0);
-        EXPECT_EQ(builder.SetEntityStringProperty(entity, code, "SG1"), 1);
-        EXPECT_EQ(builder.SetEntityStringProperty(entity, code, nullptr), 1);
-        const auto& records = builder.GetPropertyMgr()->GetRecords();
-        ASSERT_EQ(records.size(), 2u);
-        EXPECT_EQ(DescribeProperty(records[0]), WithKey(pattern, entity));
-        EXPECT_FALSE(records[1].hasText);
+        const std::size_t before = Records().size();
+        EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, code, "SG1"), 1);
+        EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, code, nullptr), 1);
+        ASSERT_EQ(Records().size(), before + 2);
+        EXPECT_EQ(DescribeProperty(Records()[before]), WithKey(pattern, m_entity));
+        EXPECT_FALSE(Records().back().hasText);
     }
 }
 
@@ -144,50 +136,36 @@ TEST_F(PropertiesTest, StorageSpaceNamesJoinQuotedParts) {
         EXPECT_EQ(Entity().m_pTableStorage->m_storageSpace.m_id, 0);
     }
     m_builder.SetEntityStringProperty(m_entity, 15, "\"DB1\".\"TS1\"");
-    auto reader = Save();
-    EXPECT_EQ(reader->Scalar("SELECT storage_space FROM TableStorage"), "\"DB1.TS1\"");
-    EXPECT_EQ(reader->Scalar("SELECT count(*) FROM NameSpace WHERE text = '\"DB1.TS1\"'"), "1");
+    CModelFileReader& reader = Save();
+    EXPECT_EQ(reader.Scalar("SELECT storage_space FROM TableStorage"), "\"DB1.TS1\"");
+    EXPECT_EQ(reader.Scalar("SELECT count(*) FROM NameSpace WHERE text = '\"DB1.TS1\"'"), "1");
 }
 
 TEST_F(PropertiesTest, DefinitionAndPropertyColumnAreEntityTexts) {
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 2, "Items on sale"), 1);
+    EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 56, "MISSING"), 1);  // names no attribute: stores nothing
     EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 56, "qty"), 1);
-    auto reader = Save();
-    EXPECT_EQ(reader->Scalar("SELECT definition FROM Entity"), "Items on sale");
+    CModelFileReader& reader = Save();
+    EXPECT_EQ(reader.Scalar("SELECT definition FROM Entity"), "Items on sale");
     // The column named in any letter case gives its sequence number as table property 19.
-    EXPECT_EQ(reader->Scalar("SELECT property_no || ' ' || value_no || ' ' || text FROM Property"), "19 26 1");
-}
-
-TEST_F(PropertiesTest, APropertyColumnThatNamesNoAttributeStoresNothing) {
-    EXPECT_EQ(m_builder.SetEntityStringProperty(m_entity, 56, "MISSING"), 1);
-    EXPECT_EQ(Save()->Count("Property"), 0);
+    EXPECT_EQ(reader.Column("SELECT property_no || ' ' || value_no || ' ' || text FROM Property"),
+              std::vector<std::string>{"19 26 1"});
 }
 
 TEST_F(PropertiesTest, AttributeCodesSetFieldsOrStoreProperties) {
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 6, 12), 1);
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 7, 3), 1);
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 8, 5), 1);
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 12, -2), 1);
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 13, 9), 1);
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 14, 1), 1);
-    EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, 14, 0), 1);  // 0 leaves the flag as it was
-    EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 2, "how many"), 1);
-    EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 9, "0"), 1);
-    EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 10, "ten"), 1);
-    EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 11, "QTY > 0"), 1);
-    EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, 5, "anything"), 1);
-    auto reader = Save();
-    const auto row = reader->Rows("Attribute").at(0);
-    EXPECT_EQ(row.at("width"), "12");
-    EXPECT_EQ(row.at("scale"), "3");
-    EXPECT_EQ(row.at("null_option"), "1");
-    EXPECT_EQ(row.at("option12"), "-2");
-    EXPECT_EQ(row.at("option13"), "9");
-    EXPECT_EQ(row.at("flag_text"), "Y");
-    EXPECT_EQ(row.at("definition"), "how many");
-    EXPECT_EQ(row.at("default_text"), "0");
-    EXPECT_EQ(row.at("text10"), "ten");
-    EXPECT_EQ(row.at("check_constraint"), "QTY > 0");
+    const std::pair<int, long> numbers[] = {{6, 12}, {7, 3}, {8, 5}, {12, -2}, {13, 9}, {14, 1},
+                                            {14, 0}};  // 0 leaves the flag as it was
+    for (const auto& [code, value] : numbers)
+        EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, code, value), 1) << code;
+    const std::pair<int, const char*> texts[] = {
+        {2, "how many"}, {9, "0"}, {10, "ten"}, {11, "QTY > 0"}, {5, "anything"}};
+    for (const auto& [code, text] : texts)
+        EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, code, text), 1) << code;
+    const auto row = Save().Rows("Attribute").at(0);
+    EXPECT_EQ(Fields(row, "width scale null_option option12 option13 flag_text"),
+              "width=12 scale=3 null_option=1 option12=-2 option13=9 flag_text=Y");
+    EXPECT_EQ(Fields(row, "definition default_text text10 check_constraint"),
+              "definition=how many default_text=0 text10=ten check_constraint=QTY > 0");
 }
 
 TEST_F(PropertiesTest, RenamingAnAttributeFindsItUnderTheNewName) {
@@ -205,18 +183,15 @@ TEST_F(PropertiesTest, AttributePropertyCodesReachThePropertyManager) {
     };
     for (const CPropertyCase& c : cases) {
         SCOPED_TRACE(c.code);
-        CTestBuilder builder;
-        ASSERT_EQ(builder.Initialize(34, nullptr), 1);
-        const unsigned long entity = builder.AddEntity("T", nullptr, 0, 0);
-        const unsigned long attribute = builder.AddAttribute(entity, "C", "int", -1, -1, 1, 0);
-        EXPECT_EQ(builder.SetAttributeProperty(attribute, c.code, c.value), 1);
-        EXPECT_EQ(DescribeProperty(builder.GetPropertyMgr()->GetRecords().at(0)), WithKey(c.expected, attribute));
+        const std::size_t before = Records().size();
+        EXPECT_EQ(m_builder.SetAttributeProperty(m_attribute, c.code, c.value), 1);
+        EXPECT_EQ(PropertiesSince(before), WithKey(c.expected, m_attribute));
     }
     const std::pair<int, std::string> textCases[] = {{86, "62 78"}, {87, "76 97"}, {88, "63 79"},
                                                      {89, "64 80"}, {90, "65 81"}, {93, "69 89"}};
     for (const auto& [code, numbers] : textCases) {
         EXPECT_EQ(m_builder.SetAttributeStringProperty(m_attribute, code, "T"), 1) << code;
-        const auto& r = m_builder.GetPropertyMgr()->GetRecords().back();
+        const auto& r = Records().back();
         EXPECT_EQ(std::to_string(r.propertyNo) + " " + std::to_string(r.valueNo), numbers) << code;
         EXPECT_EQ(r.text, "T");
     }

@@ -8,11 +8,11 @@
 
 namespace {
 
-class ForeignKeysTest : public ::testing::Test {
+class ForeignKeysTest : public CBuilderTest {
 protected:
     // DEPT (ID, CODE key; NAME) and EMP (EMP_ID key; DEPT_ID, DEPT_CODE nullable; BOSS).
     void SetUp() override {
-        ASSERT_EQ(m_builder.Initialize(34, nullptr), 1);
+        CBuilderTest::SetUp();
         m_dept = m_builder.AddEntity("DEPT", nullptr, 0, 0);
         m_builder.AddAttribute(m_dept, "ID", "int", -1, -1, 0, 0);
         m_builder.AddAttribute(m_dept, "CODE", "char", 4, -1, 0, 0);
@@ -44,10 +44,6 @@ protected:
         }
         return pairs;
     }
-    std::unique_ptr<CModelFileReader> Save() { return SaveAndOpen(m_builder, m_dir); }
-
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
     unsigned long m_dept = 0;
     unsigned long m_emp = 0;
 };
@@ -83,7 +79,7 @@ TEST_F(ForeignKeysTest, AnUnknownParentLeavesTheForeignKeyPending) {
     EXPECT_STREQ(pending.Text(CVrnApiForeignKey::kDeleteAction), "C");
     EXPECT_EQ(m_builder.ForeignKeyCount(), 0);
     EXPECT_EQ(m_builder.PendingForeignKeyCount(), 1);
-    EXPECT_EQ(Save()->Count("ForeignKey"), 0);  // pending foreign keys are not written
+    EXPECT_EQ(Save().Count("ForeignKey"), 0);  // pending foreign keys are not written
 }
 
 TEST_F(ForeignKeysTest, AnUnknownChildMakesNothing) {
@@ -100,20 +96,18 @@ TEST_F(ForeignKeysTest, PairsByNameFindColumnsIgnoringCase) {
     EXPECT_EQ(ForeignKey(fk).IsValid(), 1);
 }
 
-TEST_F(ForeignKeysTest, UnnamedParentColumnsWalkThePrimaryKeyAndStartOver) {
+TEST_F(ForeignKeysTest, UnnamedParentColumnsWalkThePrimaryKeyAndStartOverOrFindNone) {
     const unsigned long fk = m_builder.AddForeignKey(m_dept, m_emp, "FK", nullptr, nullptr);
     EXPECT_EQ(m_builder.AddForeignKeyColumnPair(fk, nullptr, "DEPT_ID", 0), 1);
     EXPECT_EQ(m_builder.AddForeignKeyColumnPair(fk, nullptr, "DEPT_CODE", 0), 1);
     EXPECT_EQ(m_builder.AddForeignKeyColumnPair(fk, nullptr, "EMP_ID", 0), 1);
     EXPECT_EQ(Pairs(fk), "1-2 2-3 1-1");
-}
-
-TEST_F(ForeignKeysTest, AParentWithoutPrimaryKeyGivesNoUnnamedPair) {
+    // A parent without primary key has nothing to walk.
     const unsigned long loose = m_builder.AddEntity("LOOSE", nullptr, 0, 0);
     m_builder.AddAttribute(loose, "X", "int", -1, -1, 0, 0);
-    const unsigned long fk = m_builder.AddForeignKey(loose, m_emp, "FK", nullptr, nullptr);
-    EXPECT_EQ(m_builder.AddForeignKeyColumnPair(fk, nullptr, "DEPT_ID", 0), 0);
-    EXPECT_EQ(ForeignKey(fk).IsValid(), 1);
+    const unsigned long fromLoose = m_builder.AddForeignKey(loose, m_emp, "FK_LOOSE", nullptr, nullptr);
+    EXPECT_EQ(m_builder.AddForeignKeyColumnPair(fromLoose, nullptr, "DEPT_ID", 0), 0);
+    EXPECT_EQ(ForeignKey(fromLoose).IsValid(), 1);
 }
 
 TEST_F(ForeignKeysTest, ValidityFollowsTheParentColumns) {
@@ -133,7 +127,7 @@ TEST_F(ForeignKeysTest, ValidityFollowsTheParentColumns) {
 
     m_builder.DeleteForeignKey(unknownChild);
     EXPECT_EQ(ForeignKey(unknownChild).IsValid(), 0);
-    EXPECT_EQ(Save()->Count("ForeignKey"), 0);  // none of the three is valid
+    EXPECT_EQ(Save().Count("ForeignKey"), 0);  // none of the three is valid
 }
 
 TEST_F(ForeignKeysTest, TypeAndOptionalityOnlyEverLoosen) {
@@ -193,30 +187,24 @@ TEST_F(ForeignKeysTest, ASavedModelHoldsValidForeignKeysAfterTheEntities) {
     m_builder.SetForeignKeyProperty(fk, 80, 1);
     const unsigned long invalid = m_builder.AddForeignKey(m_dept, m_emp, "FK_BAD", nullptr, nullptr);
     m_builder.AddForeignKeyColumnPair(invalid, "NOPE", "DEPT_ID", 0);
-    auto reader = Save();
+    CModelFileReader& reader = Save();
 
-    const auto keys = reader->Rows("ForeignKey");
+    const auto keys = reader.Rows("ForeignKey");
     ASSERT_EQ(keys.size(), 1u);
-    EXPECT_EQ(keys[0].at("name"), "FK_EMP_DEPT");
-    EXPECT_EQ(keys[0].at("fk_key"), std::to_string(fk));
-    EXPECT_EQ(keys[0].at("parent_entity_key"), std::to_string(m_dept));
-    EXPECT_EQ(keys[0].at("child_entity_key"), std::to_string(m_emp));
-    EXPECT_EQ(keys[0].at("relationship_type"), "N");
-    EXPECT_EQ(keys[0].at("t3") + keys[0].at("t4") + keys[0].at("t5"), "PPO");
-    EXPECT_EQ(keys[0].at("t6") + keys[0].at("t7"), "OO");
-    EXPECT_EQ(keys[0].at("t13") + keys[0].at("t14"), "CN");
+    EXPECT_EQ(Fields(keys[0], "name fk_key parent_entity_key child_entity_key relationship_type"),
+              "name=FK_EMP_DEPT fk_key=" + std::to_string(fk) + " parent_entity_key=" + std::to_string(m_dept) +
+                  " child_entity_key=" + std::to_string(m_emp) + " relationship_type=N");
+    EXPECT_EQ(Fields(keys[0], "t3 t4 t5 t6 t7 t13 t14"), "t3=P t4=P t5=O t6=O t7=O t13=C t14=N");
 
-    const auto pairs = reader->Rows("ForeignKeyColumn");
+    const auto pairs = reader.Rows("ForeignKeyColumn");
     ASSERT_EQ(pairs.size(), 2u);
-    EXPECT_EQ(pairs[0].at("fk_key"), std::to_string(fk));
-    EXPECT_EQ(pairs[0].at("sequence_no"), "1");
-    EXPECT_EQ(pairs[1].at("parent_attribute_no"), "2");
-    EXPECT_EQ(pairs[1].at("child_attribute_no"), "3");
-    EXPECT_EQ(pairs[1].at("origin_entity_key"), std::to_string(m_dept));
-    EXPECT_EQ(pairs[1].at("origin_attribute_no"), "2");
+    EXPECT_EQ(Fields(pairs[0], "fk_key sequence_no"), "fk_key=" + std::to_string(fk) + " sequence_no=1");
+    EXPECT_EQ(Fields(pairs[1], "parent_attribute_no child_attribute_no origin_entity_key origin_attribute_no"),
+              "parent_attribute_no=2 child_attribute_no=3 origin_entity_key=" + std::to_string(m_dept) +
+                  " origin_attribute_no=2");
     EXPECT_NE(pairs[0].at("column_key"), pairs[1].at("column_key"));
     // Pairs first, then their relationship row, after every entity.
-    EXPECT_EQ(reader->Scalar("SELECT (SELECT max(row_seq) FROM Entity) < (SELECT min(row_seq) FROM ForeignKeyColumn)"
+    EXPECT_EQ(reader.Scalar("SELECT (SELECT max(row_seq) FROM Entity) < (SELECT min(row_seq) FROM ForeignKeyColumn)"
                              " AND (SELECT max(row_seq) FROM ForeignKeyColumn) < (SELECT row_seq FROM ForeignKey)"),
               "1");
 }

@@ -13,6 +13,11 @@ TEST(CStringTest, NullTextsCountAsEmpty) {
     text += static_cast<const char*>(nullptr);
     EXPECT_EQ(text.GetLength(), 0);
     EXPECT_EQ(text.CompareNoCase(nullptr), 0);
+    CStringList names;
+    names.AddTail("COL1");
+    names.AddTail(static_cast<const char*>(nullptr));
+    EXPECT_STREQ(names.GetTail(), "");
+    EXPECT_EQ(names.GetCount(), 2);
 }
 
 TEST(CStringTest, CaseFoldingIsAsciiOnly) {
@@ -25,7 +30,7 @@ TEST(CStringTest, CaseFoldingIsAsciiOnly) {
     EXPECT_STREQ(upper, "ORDER_LINE\xe9");
 }
 
-TEST(CStringTest, SlicesStayInsideTheText) {
+TEST(CStringTest, SlicesAndTrimsStayInsideTheText) {
     const CString text("SALES.ITEM");
     EXPECT_EQ(text.Find('.'), 5);
     EXPECT_EQ(text.Find('#'), -1);
@@ -35,9 +40,6 @@ TEST(CStringTest, SlicesStayInsideTheText) {
     EXPECT_STREQ(text.Left(-3), "");
     EXPECT_STREQ(text.Mid(-2, 5), "SALES");
     EXPECT_EQ(text.GetAt(99), '\0');
-}
-
-TEST(CStringTest, TrimsOnlyTheNamedCharacter) {
     CString quoted("\"\"DB1\"");
     quoted.TrimLeft('"');
     EXPECT_STREQ(quoted, "DB1\"");
@@ -49,15 +51,11 @@ TEST(CStringTest, TrimsOnlyTheNamedCharacter) {
     EXPECT_STREQ(blanks, "name");
 }
 
-TEST(StringTableTest, UnregisteredNumbersLoadAsEmpty) {
-    CString text("left over");
-    EXPECT_FALSE(text.LoadString(987654));
-    EXPECT_STREQ(text, "");
-}
-
 TEST(StringTableTest, HostRegistersReplacesAndRemovesTexts) {
+    CString text("left over");
+    EXPECT_FALSE(text.LoadString(4711));  // unregistered: loads as empty
+    EXPECT_STREQ(text, "");
     AfxSetResourceString(4711, "first");
-    CString text;
     EXPECT_TRUE(text.LoadString(4711));
     EXPECT_STREQ(text, "first");
     AfxSetResourceString(4711, "second");
@@ -127,14 +125,6 @@ TEST(CListTest, RemovingFromHeadAndTailEmptiesTheList) {
     EXPECT_EQ(list.GetTail(), 9);
 }
 
-TEST(CListTest, StringListTakesNullAsEmpty) {
-    CStringList names;
-    names.AddTail("COL1");
-    names.AddTail(static_cast<const char*>(nullptr));
-    EXPECT_STREQ(names.GetTail(), "");
-    EXPECT_EQ(names.GetCount(), 2);
-}
-
 TEST(MapTest, AddingUnderAPresentKeyReplaces) {
     int first = 1, second = 2;
     CMapIdToPtr<int> ids;
@@ -154,7 +144,7 @@ TEST(MapTest, AddingUnderAPresentKeyReplaces) {
     EXPECT_EQ(names.Find("ITEM"), nullptr);
 }
 
-TEST(RuntimeClassTest, ModelBuilderIsCreatableByName) {
+TEST(RuntimeClassTest, ModelBuilderIsCreatableByItsExactNameOnly) {
     const CRuntimeClass* record = CRuntimeClass::FromName("CVrnAPI");
     ASSERT_NE(record, nullptr);
     EXPECT_STREQ(record->m_lpszClassName, "CVrnAPI");
@@ -168,15 +158,11 @@ TEST(RuntimeClassTest, ModelBuilderIsCreatableByName) {
     CObject* direct = CVrnAPI::CreateObject();
     EXPECT_EQ(direct->GetRuntimeClass(), RUNTIME_CLASS(CVrnAPI));
     delete direct;
+    for (const char* unknown : {"CNoSuchClass", "cvrnapi", static_cast<const char*>(nullptr)})
+        EXPECT_EQ(CRuntimeClass::FromName(unknown), nullptr);
 }
 
-TEST(RuntimeClassTest, UnknownNamesFindNothing) {
-    EXPECT_EQ(CRuntimeClass::FromName("CNoSuchClass"), nullptr);
-    EXPECT_EQ(CRuntimeClass::FromName(nullptr), nullptr);
-    EXPECT_EQ(CRuntimeClass::FromName("cvrnapi"), nullptr);
-}
-
-TEST(COleDateTimeTest, CountsDaysFromTheEndOf1899) {
+TEST(COleDateTimeTest, CountsDaysFromTheEndOf1899AndRejectsImpossibleDates) {
     EXPECT_DOUBLE_EQ(COleDateTime(1899, 12, 30, 0, 0, 0).m_dt, 0.0);
     EXPECT_DOUBLE_EQ(COleDateTime(1900, 1, 1, 12, 0, 0).m_dt, 2.5);
     const COleDateTime leap(2024, 2, 29, 23, 59, 58);
@@ -184,9 +170,6 @@ TEST(COleDateTimeTest, CountsDaysFromTheEndOf1899) {
     EXPECT_EQ(leap.GetMonth(), 2);
     EXPECT_EQ(leap.GetDay(), 29);
     EXPECT_EQ(leap.FormatIso(), "2024-02-29 23:59:58");
-}
-
-TEST(COleDateTimeTest, RejectsImpossibleDates) {
     const COleDateTime bad(2024, 13, 1, 0, 0, 0);
     EXPECT_EQ(bad.GetStatus(), COleDateTime::invalid);
     EXPECT_EQ(bad.FormatIso(), "");

@@ -9,27 +9,24 @@
 
 namespace {
 
-int Platform(const char* name) { return FindPlatformByName(name)->code; }
+const auto Platform = PlatformCode;
 
+// The names of `items`, joined by commas.
+template <class Items>
+std::string Names(const Items& items) {
+    std::string names;
+    for (const auto& item : items) names += (names.empty() ? "" : ",") + item.name;
+    return names;
+}
 std::string ColumnNames(const CModel& model, const std::string& table) {
-    std::string names;
-    if (const CModelTable* found = FindTable(model, table))
-        for (const CModelColumn& column : found->columns) names += (names.empty() ? "" : ",") + column.name;
-    return names;
+    const CModelTable* found = FindTable(model, table);
+    return found ? Names(found->columns) : "";
 }
-
 std::string IndexNames(const CModel& model, const std::string& table) {
-    std::string names;
-    if (const CModelTable* found = FindTable(model, table))
-        for (const CModelIndex& index : found->indexes) names += (names.empty() ? "" : ",") + index.name;
-    return names;
+    const CModelTable* found = FindTable(model, table);
+    return found ? Names(found->indexes) : "";
 }
-
-std::string ForeignKeyNames(const CModel& model) {
-    std::string names;
-    for (const CModelForeignKey& key : model.foreignKeys) names += (names.empty() ? "" : ",") + key.name;
-    return names;
-}
+std::string ForeignKeyNames(const CModel& model) { return Names(model.foreignKeys); }
 
 class ImportChangesTest : public ::testing::Test {
 protected:

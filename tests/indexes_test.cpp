@@ -8,11 +8,12 @@
 
 namespace {
 
-class IndexesTest : public ::testing::Test {
+class IndexesTest : public CBuilderTest {
 protected:
-    // A table T with columns A, B, C on `platform`.
-    void Start(int platform) {
-        ASSERT_EQ(m_builder.Initialize(platform, nullptr), 1);
+    // A table T with columns A, B, C, on Oracle 8.x unless given.
+    explicit IndexesTest(int platform = 34) : CBuilderTest(platform) {}
+    void SetUp() override {
+        CBuilderTest::SetUp();
         m_entity = m_builder.AddEntity("T", nullptr, 0, 0);
         for (const char* column : {"A", "B", "C"}) m_builder.AddAttribute(m_entity, column, "int", -1, -1, 1, 0);
     }
@@ -28,11 +29,13 @@ protected:
         m_builder.AddPrimaryKey(m_entity, name);
         for (const char* column : columns) m_builder.AddPrimaryKeyColumn(m_entity, column, 0);
     }
-    std::unique_ptr<CModelFileReader> Save() { return SaveAndOpen(m_builder, m_dir); }
-
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
     unsigned long m_entity = 0;
+};
+
+// The table T on IBM DB2 UDB 7.x, where the primary key merges with a matching unique index.
+class Db2IndexesTest : public IndexesTest {
+protected:
+    Db2IndexesTest() : IndexesTest(44) {}
 };
 
 CVrnApiIndex& IndexOf(CTestBuilder& builder, unsigned long entity, int position) {
@@ -40,7 +43,6 @@ CVrnApiIndex& IndexOf(CTestBuilder& builder, unsigned long entity, int position)
 }
 
 TEST_F(IndexesTest, PrimaryKeyAndIndexesShareOneNumberSequenceAndGeneratedNames) {
-    Start(34);
     const unsigned long first = m_builder.AddIndex(m_entity, nullptr);
     EXPECT_STREQ(IndexOf(m_builder, m_entity, 0).GetIndexName(), "TIX1");
     EXPECT_STREQ(m_builder.AddPrimaryKey(m_entity, "PK_T"), "PK_T");
@@ -60,7 +62,6 @@ TEST_F(IndexesTest, PrimaryKeyAndIndexesShareOneNumberSequenceAndGeneratedNames)
 }
 
 TEST_F(IndexesTest, ASecondPrimaryKeyIsRefused) {
-    Start(34);
     EXPECT_STREQ(m_builder.AddPrimaryKey(m_entity, "PK1"), "PK1");
     const unsigned long key = m_builder.GetPrimaryKeyIndexId(m_entity);
     EXPECT_EQ(m_builder.AddPrimaryKey(m_entity, "PK2"), nullptr);
@@ -69,17 +70,7 @@ TEST_F(IndexesTest, ASecondPrimaryKeyIsRefused) {
     EXPECT_EQ(Entity().m_nextIndexNo, 2);
 }
 
-TEST_F(IndexesTest, AnUnnamedPrimaryKeyAnswersAnEmptyName) {
-    Start(34);
-    const char* name = m_builder.AddPrimaryKey(m_entity, nullptr);
-    ASSERT_NE(name, nullptr);
-    EXPECT_STREQ(name, "");
-    EXPECT_STREQ(Entity().GetPrimaryKeyIndexObj()->GetIsUnique(), "Y");
-    EXPECT_STREQ(Entity().GetPrimaryKeyIndexObj()->m_keyType.m_text, "P");
-}
-
 TEST_F(IndexesTest, UnknownEntitiesIndexesAndColumnsAnswerZero) {
-    Start(34);
     EXPECT_EQ(m_builder.AddPrimaryKey(999, "PK"), nullptr);
     EXPECT_EQ(m_builder.GetPrimaryKeyIndexId(999), 0u);
     EXPECT_EQ(m_builder.GetPrimaryKeyIndexId(m_entity), 0u);
@@ -97,7 +88,6 @@ TEST_F(IndexesTest, UnknownEntitiesIndexesAndColumnsAnswerZero) {
 }
 
 TEST_F(IndexesTest, PrimaryKeyColumnsMarkTheirAttributesNotNull) {
-    Start(34);
     AddPrimaryKey("PK", {"b"});
     const CVrnApiAttribute* b = Entity().GetAttribute(2);
     EXPECT_EQ(b->GetIsPkAttribute(), 1);
@@ -111,7 +101,6 @@ TEST_F(IndexesTest, PrimaryKeyColumnsMarkTheirAttributesNotNull) {
 }
 
 TEST_F(IndexesTest, ColumnSequencesCountOrAreTakenAsGiven) {
-    Start(34);
     const unsigned long index = m_builder.AddIndex(m_entity, "IX");
     EXPECT_EQ(m_builder.AddIndexColumn(index, "A", 0, 0), 1);
     EXPECT_EQ(m_builder.AddIndexColumn(index, "B", 7, 1), 1);
@@ -131,7 +120,6 @@ TEST_F(IndexesTest, ColumnSequencesCountOrAreTakenAsGiven) {
 }
 
 TEST_F(IndexesTest, KeyTypesAreSetFromTheUniqueFlagAtSave) {
-    Start(34);
     AddPrimaryKey("PK", {"A"});
     AddUniqueIndex("UX", {"B"});
     m_builder.AddIndex(m_entity, "IX");
@@ -139,19 +127,18 @@ TEST_F(IndexesTest, KeyTypesAreSetFromTheUniqueFlagAtSave) {
     Entity().m_indexList.GetTail()->GetIsUnique() = "y";
     const unsigned long notUnique = m_builder.AddIndex(m_entity, "NOTUNIQUE");
     m_builder.SetIndexProperty(notUnique, 34, 0);
-    auto reader = Save();
-    EXPECT_EQ(reader->Column("SELECT index_name || ':' || key_type || ':' || is_unique FROM Indexes ORDER BY row_seq"),
+    CModelFileReader& reader = Save();
+    EXPECT_EQ(reader.Column("SELECT index_name || ':' || key_type || ':' || is_unique FROM Indexes ORDER BY row_seq"),
               (std::vector<std::string>{"PK:P:Y", "UX:A:Y", "IX:I:", "LOWER:I:y", "NOTUNIQUE:I:N"}));
 }
 
 TEST_F(IndexesTest, TheEntitySaveWritesKeysBetweenAttributesAndStorage) {
-    Start(34);
     AddPrimaryKey("PK_T", {"A", "B"});
     const unsigned long index = AddUniqueIndex("T_UX", {"C"});
     m_builder.SetIndexProperty(index, 16, 64);
     m_builder.SetIndexStringProperty(index, 15, "USERS");
-    auto reader = Save();
-    const std::string order = reader->Scalar(
+    CModelFileReader& reader = Save();
+    const std::string order = reader.Scalar(
         "SELECT group_concat(what, ' ') FROM ("
         "SELECT row_seq, 'attr' AS what FROM Attribute UNION ALL "
         "SELECT row_seq, 'col:' || index_no FROM IndexColumn UNION ALL "
@@ -162,26 +149,22 @@ TEST_F(IndexesTest, TheEntitySaveWritesKeysBetweenAttributesAndStorage) {
         "SELECT row_seq, 'entity' FROM Entity ORDER BY row_seq)");
     EXPECT_EQ(order,
               "attr attr attr col:1 col:1 store:1 index:1 pk pk col:2 store:2 index:2 table entity");
-    const auto storage = reader->Rows("IndexStorage");
+    const auto storage = reader.Rows("IndexStorage");
     ASSERT_EQ(storage.size(), 2u);
-    EXPECT_EQ(storage[1].at("index_key"), std::to_string(index));
-    EXPECT_EQ(storage[1].at("param3"), "64");
-    EXPECT_EQ(storage[1].at("param1"), "-1");
-    EXPECT_EQ(storage[1].at("storage_space"), "USERS");
-    EXPECT_EQ(storage[1].at("entity_key"), std::to_string(m_entity));
-    const auto columns = reader->Rows("IndexColumn");
+    EXPECT_EQ(Fields(storage[1], "index_key param3 param1 storage_space entity_key"),
+              "index_key=" + std::to_string(index) + " param3=64 param1=-1 storage_space=USERS entity_key=" +
+                  std::to_string(m_entity));
+    const auto columns = reader.Rows("IndexColumn");
     EXPECT_EQ(columns[0].at("attribute_no"), "1");
-    EXPECT_EQ(columns[1].at("attribute_no"), "2");
-    EXPECT_EQ(columns[1].at("sequence_no"), "2");
+    EXPECT_EQ(Fields(columns[1], "attribute_no sequence_no"), "attribute_no=2 sequence_no=2");
 }
 
 TEST_F(IndexesTest, WithoutKeyAttributesThePrimaryKeyIsNotWrittenButIndexesAre) {
-    Start(34);
     m_builder.AddPrimaryKey(m_entity, "PK");
     AddUniqueIndex("UX", {"A"});
-    auto reader = Save();
-    EXPECT_EQ(reader->Column("SELECT index_name FROM Indexes"), std::vector<std::string>{"UX"});
-    EXPECT_EQ(reader->Count("PrimaryKey"), 0);
+    CModelFileReader& reader = Save();
+    EXPECT_EQ(reader.Column("SELECT index_name FROM Indexes"), std::vector<std::string>{"UX"});
+    EXPECT_EQ(reader.Count("PrimaryKey"), 0);
 }
 
 struct CConsolidationCase {
@@ -226,8 +209,7 @@ TEST_F(IndexesTest, PrimaryKeysMergeWithAMatchingUniqueIndexOnDb2) {
     }
 }
 
-TEST_F(IndexesTest, OnlyAUniqueIndexWithTheSameColumnsInOrderMerges) {
-    Start(44);
+TEST_F(Db2IndexesTest, OnlyAUniqueIndexWithTheSameColumnsInOrderMerges) {
     AddPrimaryKey("PK_T", {"A", "B"});
     AddUniqueIndex("REVERSED", {"B", "A"});
     AddUniqueIndex("SHORTER", {"A"});
@@ -242,31 +224,18 @@ TEST_F(IndexesTest, OnlyAUniqueIndexWithTheSameColumnsInOrderMerges) {
 }
 
 TEST_F(IndexesTest, AlternateKeysAreFoundByTheirColumnList) {
-    Start(34);
     AddPrimaryKey("PK", {"A"});
     const unsigned long ab = AddUniqueIndex("UX_AB", {"A", "B"});
     const unsigned long c = AddUniqueIndex("UX_C", {"C"});
-    CList<std::uint32_t, std::uint32_t> columns;
-    columns.AddTail(1);
-    columns.AddTail(2);
-    EXPECT_EQ(Entity().HasAKWithColumnList(columns), ab);
-    columns.RemoveAll();
-    columns.AddTail(3);
-    EXPECT_EQ(Entity().HasAKWithColumnList(columns), c);
-    columns.RemoveAll();
-    columns.AddTail(1);  // only the primary key has exactly A, and it is not an alternate key
-    EXPECT_EQ(Entity().HasAKWithColumnList(columns), 0u);
-    columns.RemoveAll();
-    EXPECT_EQ(Entity().HasAKWithColumnList(columns), 0u);
-}
-
-TEST_F(IndexesTest, PartitionSequencesCountFromOne) {
-    Start(34);
-    const unsigned long index = m_builder.AddIndex(m_entity, "IX");
-    CVrnApiIndex& ix = IndexOf(m_builder, m_entity, 0);
-    EXPECT_EQ(ix.m_indexKey, index);
-    EXPECT_EQ(ix.NextPartitonSequenceNo(), 1);
-    EXPECT_EQ(ix.NextPartitonSequenceNo(), 2);
+    const auto alternateKey = [this](std::initializer_list<std::uint32_t> numbers) {
+        CList<std::uint32_t, std::uint32_t> columns;
+        for (const std::uint32_t number : numbers) columns.AddTail(number);
+        return Entity().HasAKWithColumnList(columns);
+    };
+    EXPECT_EQ(alternateKey({1, 2}), ab);
+    EXPECT_EQ(alternateKey({3}), c);
+    EXPECT_EQ(alternateKey({1}), 0u);  // only the primary key has exactly A, and it is not an alternate key
+    EXPECT_EQ(alternateKey({}), 0u);
 }
 
 TEST(IndexWithoutBuilderTest, TakesNoColumnsOrStorageProperties) {

@@ -7,10 +7,10 @@
 
 namespace {
 
-class PartitionsTest : public ::testing::Test {
+class PartitionsTest : public CBuilderTest {
 protected:
     void SetUp() override {
-        ASSERT_EQ(m_builder.Initialize(34, nullptr), 1);
+        CBuilderTest::SetUp();
         m_sales = m_builder.AddEntity("SALES", nullptr, 0, 0);
         for (const char* column : {"ID", "REGION", "SOLD_ON"})
             m_builder.AddAttribute(m_sales, column, "int", -1, -1, 0, 0);
@@ -22,7 +22,6 @@ protected:
     }
     std::int64_t LastIntArg() { return m_builder.GetPropertyMgr()->GetRecords().back().intArg; }
 
-    CTestBuilder m_builder;
     unsigned long m_sales = 0, m_index = 0;
 };
 
@@ -38,11 +37,7 @@ TEST_F(PartitionsTest, IndexPartitionsAreNumberedByTheirIndexEvenWhenRefused) {
     EXPECT_EQ(m_builder.AddIndexPartition(999, "IP"), 0u);
     EXPECT_EQ(m_builder.AddIndexPartition(m_index, nullptr), 0u);  // refused, but the sequence moved on
     EXPECT_EQ(m_builder.AddIndexPartition(m_index, "IP2"), 1u);
-    CScratchDir dir;
-    const std::string path = dir.File("model.vrn");
-    m_builder.SaveToFile(path.c_str());
-    CModelFileReader reader(path);
-    EXPECT_EQ(reader.Scalar("SELECT owner_kind || ' ' || owner_key || ' ' || name || ' ' || int_arg FROM Partition"),
+    EXPECT_EQ(Save().Scalar("SELECT owner_kind || ' ' || owner_key || ' ' || name || ' ' || int_arg FROM Partition"),
               "index " + std::to_string(m_index) + " IP2 2");
 }
 

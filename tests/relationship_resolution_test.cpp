@@ -9,10 +9,8 @@
 
 namespace {
 
-class ResolutionTest : public ::testing::Test {
+class ResolutionTest : public CBuilderTest {
 protected:
-    void SetUp() override { ASSERT_EQ(m_builder.Initialize(34, nullptr), 1); }
-
     // A table whose columns named in `keyColumns` form its primary key.
     unsigned long Table(const char* name, std::initializer_list<const char*> columns,
                         std::initializer_list<const char*> keyColumns) {
@@ -37,17 +35,15 @@ protected:
         m_builder.AddForeignKeyColumnPair(fk, parentNo, childNo, 1, 0);
         return fk;
     }
-    CModelFileReader& Save() {
-        const std::string path = m_dir.File("model.vrn");
-        m_builder.SaveToFile(path.c_str());
-        EXPECT_STREQ(m_builder.GetVrnFile()->GetLastError(), "");
-        m_reader = std::make_unique<CModelFileReader>(path);
-        return *m_reader;
+    // Fields of a saved attribute row of `entity`, the first by number that
+    // `condition` picks; "" when there is none.
+    std::string SavedAttribute(unsigned long entity, const std::string& condition, const std::string& fields) {
+        const auto rows = m_reader->Query("SELECT * FROM Attribute WHERE entity_key = " + std::to_string(entity) +
+                                          " AND " + condition + " ORDER BY attribute_no");
+        return rows.empty() ? "" : Fields(rows.front(), fields);
     }
-    // A column of a saved attribute row, found by entity and column name.
-    std::string Attr(unsigned long entity, const char* column, const char* field) {
-        return m_reader->Scalar(std::string("SELECT ") + field + " FROM Attribute WHERE entity_key = " +
-                                std::to_string(entity) + " AND column_name = '" + column + "' ORDER BY attribute_no");
+    std::string Attr(unsigned long entity, const char* column, const std::string& fields) {
+        return SavedAttribute(entity, std::string("column_name = '") + column + "'", fields);
     }
     // The saved origin of every pair of a foreign key, as "entity.attribute ...".
     std::string Origins(unsigned long fk) {
@@ -58,10 +54,6 @@ protected:
     std::vector<std::string> SavedForeignKeys() {
         return m_reader->Column("SELECT name FROM ForeignKey ORDER BY row_seq");
     }
-
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
-    std::unique_ptr<CModelFileReader> m_reader;
 };
 
 TEST_F(ResolutionTest, AnIdentifyingMigrationOwnsAndNamesItsChildAttribute) {
@@ -70,12 +62,12 @@ TEST_F(ResolutionTest, AnIdentifyingMigrationOwnsAndNamesItsChildAttribute) {
     const unsigned long fk = Fk(parent, child, "FK_CHILD", {{"ID", "PID"}});
     Save();
     EXPECT_EQ(m_reader->Scalar("SELECT relationship_type FROM ForeignKey"), "I");
-    EXPECT_EQ(Attr(child, "PID", "relation_key"), std::to_string(fk));
-    EXPECT_EQ(Attr(child, "PID", "attribute_name"), "ID");  // the origin's name
-    EXPECT_EQ(Attr(child, "PID", "role_name"), "PID");
-    EXPECT_EQ(Attr(child, "PID", "role_name_copy"), "PID");
-    EXPECT_EQ(Attr(child, "PID", "role_name_given || role_name_copy_given"), "11");  // ID and PID differ
-    EXPECT_EQ(Attr(child, "CID", "relation_key"), "0");
+    // Named after its origin, ID; PID differs from it, so both role names count as given.
+    EXPECT_EQ(Attr(child, "PID", "relation_key attribute_name role_name role_name_copy role_name_given "
+                                 "role_name_copy_given"),
+              "relation_key=" + std::to_string(fk) +
+                  " attribute_name=ID role_name=PID role_name_copy=PID role_name_given=1 role_name_copy_given=1");
+    EXPECT_EQ(Attr(child, "CID", "relation_key"), "relation_key=0");
     EXPECT_EQ(Origins(fk), std::to_string(parent) + ".1");
 }
 
@@ -84,8 +76,8 @@ TEST_F(ResolutionTest, SameColumnNamesGiveNoRoleNameFlags) {
     const unsigned long child = Table("CHILD", {"ID", "CID"}, {"ID", "CID"});
     Fk(parent, child, "FK", {{"ID", "ID"}});
     Save();
-    EXPECT_EQ(Attr(child, "ID", "role_name"), "ID");
-    EXPECT_EQ(Attr(child, "ID", "role_name_given || role_name_copy_given"), "00");
+    EXPECT_EQ(Attr(child, "ID", "role_name role_name_given role_name_copy_given"),
+              "role_name=ID role_name_given=0 role_name_copy_given=0");
 }
 
 TEST_F(ResolutionTest, AnAttributeUsedByTwoRelationshipsGetsACopyForTheSecond) {
@@ -97,20 +89,9 @@ TEST_F(ResolutionTest, AnAttributeUsedByTwoRelationshipsGetsACopyForTheSecond) {
     Save();
     EXPECT_EQ(SavedForeignKeys(), (std::vector<std::string>{"FK1", "FK2"}));
     EXPECT_EQ(m_reader->Count("Attribute"), 5);  // P1.ID, P2.ID, CID, REF and the copy of REF
-    EXPECT_EQ(m_reader->Scalar("SELECT relation_key FROM Attribute WHERE entity_key = " + std::to_string(child) +
-                               " AND attribute_no = 2"),
-              std::to_string(first));
-    const std::string copy = "SELECT %s FROM Attribute WHERE entity_key = " + std::to_string(child) +
-                             " AND attribute_no = 3";
-    auto copyField = [&](const char* field) {
-        std::string sql = copy;
-        sql.replace(sql.find("%s"), 2, field);
-        return m_reader->Scalar(sql);
-    };
-    EXPECT_EQ(copyField("column_name"), "REF");
-    EXPECT_EQ(copyField("parent_attribute_no"), "2");
-    EXPECT_EQ(copyField("attribute_id"), "0");
-    EXPECT_EQ(copyField("relation_key"), "0");
+    EXPECT_EQ(SavedAttribute(child, "attribute_no = 2", "relation_key"), "relation_key=" + std::to_string(first));
+    EXPECT_EQ(SavedAttribute(child, "attribute_no = 3", "column_name parent_attribute_no attribute_id relation_key"),
+              "column_name=REF parent_attribute_no=2 attribute_id=0 relation_key=0");
     EXPECT_EQ(m_reader->Scalar("SELECT child_attribute_no FROM ForeignKeyColumn WHERE fk_key = " +
                                std::to_string(second)),
               "3");
@@ -134,15 +115,13 @@ TEST_P(ConflictTest, IdentifyingWinsAndTheNonIdentifyingPairGetsACopy) {
     Save();
     EXPECT_EQ(m_reader->Scalar("SELECT relationship_type FROM ForeignKey WHERE name = 'FK_I'"), "I");
     EXPECT_EQ(m_reader->Scalar("SELECT relationship_type FROM ForeignKey WHERE name = 'FK_N'"), "N");
-    EXPECT_EQ(Attr(child, "REF", "relation_key"), std::to_string(identifying));
-    EXPECT_EQ(Attr(child, "OTHER", "relation_key"), std::to_string(nonIdentifying));
+    EXPECT_EQ(Attr(child, "REF", "relation_key"), "relation_key=" + std::to_string(identifying));
+    EXPECT_EQ(Attr(child, "OTHER", "relation_key"), "relation_key=" + std::to_string(nonIdentifying));
     // FK_N's REF pair now points at a copy of REF.
     EXPECT_EQ(m_reader->Scalar("SELECT child_attribute_no FROM ForeignKeyColumn WHERE fk_key = " +
                                std::to_string(nonIdentifying) + " ORDER BY row_seq LIMIT 1"),
               "4");
-    EXPECT_EQ(m_reader->Scalar("SELECT parent_attribute_no FROM Attribute WHERE entity_key = " +
-                               std::to_string(child) + " AND attribute_no = 4"),
-              "2");
+    EXPECT_EQ(SavedAttribute(child, "attribute_no = 4", "parent_attribute_no"), "parent_attribute_no=2");
 }
 
 INSTANTIATE_TEST_SUITE_P(EitherOrder, ConflictTest, ::testing::Bool());
@@ -201,31 +180,26 @@ TEST_F(ResolutionTest, ANonIdentifyingSelfRelationshipIsNoCycle) {
     Save();
     EXPECT_EQ(SavedForeignKeys(), std::vector<std::string>{"FK_BOSS"});
     EXPECT_EQ(m_reader->Scalar("SELECT relationship_type FROM ForeignKey"), "N");
-    EXPECT_EQ(Attr(emp, "BOSS", "relation_key"), std::to_string(fk));
-    EXPECT_EQ(Attr(emp, "BOSS", "attribute_name"), "ID");
-    EXPECT_EQ(Attr(emp, "BOSS", "role_name"), "BOSS");
+    EXPECT_EQ(Attr(emp, "BOSS", "relation_key attribute_name role_name"),
+              "relation_key=" + std::to_string(fk) + " attribute_name=ID role_name=BOSS");
     EXPECT_EQ(Origins(fk), std::to_string(emp) + ".1");
 }
 
-TEST_F(ResolutionTest, OriginsFollowIdentifyingChains) {
+TEST_F(ResolutionTest, OriginsFollowIdentifyingChainsAndStopBeforeANonIdentifyingLink) {
     const unsigned long a = Table("A", {"K"}, {"K"});
     const unsigned long b = Table("B", {"K"}, {"K"});
     const unsigned long c = Table("C", {"K"}, {"K"});
     const unsigned long cFromB = FkByNumber(b, c, "C_FROM_B", 1, 1);
     FkByNumber(a, b, "B_FROM_A", 1, 1);
+    const unsigned long d = Table("D", {"K"}, {"K"});
+    const unsigned long e = Table("E", {"K"}, {});  // E from D is non-identifying
+    const unsigned long f = Table("F", {"K"}, {"K"});
+    const unsigned long fFromE = FkByNumber(e, f, "F_FROM_E", 1, 1);
+    const unsigned long eFromD = FkByNumber(d, e, "E_FROM_D", 1, 1);
     Save();
     EXPECT_EQ(Origins(cFromB), std::to_string(a) + ".1");
-}
-
-TEST_F(ResolutionTest, OriginsStopBeforeANonIdentifyingLinkUpTheChain) {
-    const unsigned long a = Table("A", {"K"}, {"K"});
-    const unsigned long b = Table("B", {"K"}, {});  // B from A is non-identifying
-    const unsigned long c = Table("C", {"K"}, {"K"});
-    const unsigned long cFromB = FkByNumber(b, c, "C_FROM_B", 1, 1);
-    const unsigned long bFromA = FkByNumber(a, b, "B_FROM_A", 1, 1);
-    Save();
-    EXPECT_EQ(Origins(cFromB), std::to_string(b) + ".1");
-    EXPECT_EQ(Origins(bFromA), std::to_string(a) + ".1");  // followed as the first step
+    EXPECT_EQ(Origins(fFromE), std::to_string(e) + ".1");
+    EXPECT_EQ(Origins(eFromD), std::to_string(d) + ".1");  // followed as the first step
 }
 
 TEST_F(ResolutionTest, AlternateKeyReferencesInColumnOrderAreAccepted) {
@@ -265,7 +239,9 @@ protected:
         m_emp = Table("EMP", {"EMP_ID", "DEPT_ID", "DEPT_CODE"}, {"EMP_ID"});
     }
     void TearDown() override {
-        for (unsigned id : {kHostTextParentNotFound, kHostTextUnnamedKeyNotAdded, kHostTextForeignKeyNotAdded, kHostTextColumnPairNotAdded}) AfxSetResourceString(id, nullptr);
+        for (unsigned id : {kHostTextParentNotFound, kHostTextUnnamedKeyNotAdded, kHostTextForeignKeyNotAdded,
+                            kHostTextColumnPairNotAdded})
+            AfxSetResourceString(id, nullptr);
     }
     std::vector<std::string> Messages(const CStringList& list) {
         std::vector<std::string> texts;

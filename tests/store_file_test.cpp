@@ -4,6 +4,8 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 
+#include <functional>
+
 #include "ModelFileReader.h"
 #include "TestBuilder.h"
 #include "store/StoreDb.h"
@@ -53,48 +55,59 @@ TEST_F(ModelFileTest, OpensWhatItSaved) {
     EXPECT_EQ(checked.GetDb().QueryInt(rows, -1), 0);
 }
 
-TEST_F(ModelFileTest, RefusesMissingFilesAndDirectories) {
-    ExpectRefused(m_dir.File("absent.vrn"), "No such file");
-    ExpectRefused(m_dir.Path(), "directory");
+TEST_F(ModelFileTest, RefusesWhatIsNoModelFileAndSaysWhatItIs) {
+    // Each case makes the file `name` (or nothing), and the words the refusal must contain.
+    struct CCase {
+        const char* name;
+        std::function<void(const std::string&)> make;
+        const char* words;
+    };
+    const auto bytes = [](std::string content) {
+        return [content](const std::string& path) { WriteBytes(path, content); };
+    };
+    const auto sql = [](std::string statements) {
+        return [statements](const std::string& path) { ExecOnFile(path, statements); };
+    };
+    // An empty model saved as the case's file, then changed by `statements`.
+    const auto changed = [this](std::string statements) {
+        return [this, statements](const std::string& path) {
+            SaveEmptyModel(path.substr(m_dir.Path().size() + 1));
+            ExecOnFile(path, statements);
+        };
+    };
+    const auto truncated = [this](const std::string& path) {
+        SaveEmptyModel(path.substr(m_dir.Path().size() + 1));
+        const std::string whole = ReadBytes(path);
+        ASSERT_GT(whole.size(), 8192u);
+        WriteBytes(path, whole.substr(0, whole.size() / 2));
+    };
+    const CCase cases[] = {
+        {"absent.vrn", nullptr, "No such file"},
+        {"", nullptr, "directory"},
+        {"empty.vrn", bytes(""), "empty"},
+        {"script.sql", bytes("CREATE TABLE ITEM (QTY NUMBER);\n"), "it is a text file, not an SQLite database"},
+        {"short.vrn", bytes("SQLite"), "not an SQLite database"},
+        // What a file is, named from its first bytes.
+        {"picture.vrn", bytes(std::string("\x89PNG\r\n\x1A\n\0\0\0\rIHDR", 16)), "it is a PNG image"},
+        {"archive.vrn", bytes(std::string("PK\x03\x04\x14\0\0\0", 8)), "it is a ZIP archive"},
+        {"noise.vrn", bytes(std::string("\x01\x02\0\x03", 4)), "binary data of an unknown kind"},
+        {"other.db", sql("CREATE TABLE customers (id INTEGER, name TEXT); INSERT INTO customers VALUES (1, 'x');"),
+         "an SQLite database that is not a model"},
+        {"foreign.vrn", changed("UPDATE FileInfo SET value = 'other-model' WHERE name = 'format'"), "other-model"},
+        {"newer.vrn", changed("UPDATE FileInfo SET value = '3' WHERE name = 'format_version'"), "newer version"},
+        {"unversioned.vrn", changed("UPDATE FileInfo SET value = 'one' WHERE name = 'format_version'"), "format version"},
+        {"partial.vrn", changed("DROP TABLE Attribute"), "Attribute"},
+        {"truncated.vrn", truncated, "damaged"},
+    };
+    for (const CCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string path = *c.name ? m_dir.File(c.name) : m_dir.Path();
+        if (c.make) c.make(path);
+        ExpectRefused(path, c.words);
+    }
     CVrnFile file;
     EXPECT_EQ(file.Open(nullptr), 0);
     EXPECT_EQ(file.Open(""), 0);
-}
-
-TEST_F(ModelFileTest, RefusesFilesThatAreNotSQLite) {
-    WriteBytes(m_dir.File("empty.vrn"), "");
-    ExpectRefused(m_dir.File("empty.vrn"), "empty");
-    WriteBytes(m_dir.File("script.sql"), "CREATE TABLE ITEM (QTY NUMBER);\n");
-    ExpectRefused(m_dir.File("script.sql"), "it is a text file, not an SQLite database");
-    WriteBytes(m_dir.File("short.vrn"), "SQLite");
-    ExpectRefused(m_dir.File("short.vrn"), "not an SQLite database");
-    // What a file is, named from its first bytes.
-    WriteBytes(m_dir.File("picture.vrn"), std::string("\x89PNG\r\n\x1A\n\0\0\0\rIHDR", 16));
-    ExpectRefused(m_dir.File("picture.vrn"), "it is a PNG image");
-    WriteBytes(m_dir.File("archive.vrn"), std::string("PK\x03\x04\x14\0\0\0", 8));
-    ExpectRefused(m_dir.File("archive.vrn"), "it is a ZIP archive");
-    WriteBytes(m_dir.File("noise.vrn"), std::string("\x01\x02\0\x03", 4));
-    ExpectRefused(m_dir.File("noise.vrn"), "binary data of an unknown kind");
-}
-
-TEST_F(ModelFileTest, RefusesSQLiteFilesOfOtherApplications) {
-    const std::string path = m_dir.File("other.db");
-    ExecOnFile(path, "CREATE TABLE customers (id INTEGER, name TEXT); INSERT INTO customers VALUES (1, 'x');");
-    ExpectRefused(path, "an SQLite database that is not a model");
-}
-
-TEST_F(ModelFileTest, RefusesAForeignFormatName) {
-    const std::string path = SaveEmptyModel();
-    ExecOnFile(path, "UPDATE FileInfo SET value = 'other-model' WHERE name = 'format'");
-    ExpectRefused(path, "other-model");
-}
-
-TEST_F(ModelFileTest, RefusesANewerFormatVersion) {
-    const std::string path = SaveEmptyModel();
-    ExecOnFile(path, "UPDATE FileInfo SET value = '3' WHERE name = 'format_version'");
-    ExpectRefused(path, "newer version");
-    ExecOnFile(path, "UPDATE FileInfo SET value = 'one' WHERE name = 'format_version'");
-    ExpectRefused(path, "format version");
 }
 
 TEST_F(ModelFileTest, ReadsAVersion1FileWithItsPackageColumnUnderItsNewName) {
@@ -114,20 +127,6 @@ TEST_F(ModelFileTest, ReadsAVersion1FileWithItsPackageColumnUnderItsNewName) {
     CModelFileReader reader(saved);
     EXPECT_EQ(reader.Scalar("SELECT header_text FROM DbPackage"), "package PKG is end;");
     EXPECT_EQ(reader.Scalar("SELECT value FROM FileInfo WHERE name = 'format_version'"), "2");
-}
-
-TEST_F(ModelFileTest, RefusesAModelFileWithATableMissing) {
-    const std::string path = SaveEmptyModel();
-    ExecOnFile(path, "DROP TABLE Attribute");
-    ExpectRefused(path, "Attribute");
-}
-
-TEST_F(ModelFileTest, RefusesATruncatedModelFile) {
-    const std::string path = SaveEmptyModel();
-    const std::string bytes = ReadBytes(path);
-    ASSERT_GT(bytes.size(), 8192u);
-    WriteBytes(path, bytes.substr(0, bytes.size() / 2));
-    ExpectRefused(path, "damaged");
 }
 
 TEST_F(ModelFileTest, RefusesACorruptedModelFile) {
@@ -173,45 +172,11 @@ TEST_F(ModelFileTest, SaveOntoADirectoryLeavesItAloneAndNoTemporaryFile) {
     EXPECT_EQ(ReadBytes(target + "/keep.txt"), "keep");
 }
 
-TEST_F(ModelFileTest, SaveReplacesAnExistingFileWhole) {
-    const std::string path = m_dir.File("model.vrn");
-    WriteBytes(path, std::string(100000, 'x'));
-    CVrnFile file;
-    EXPECT_EQ(file.Save(path.c_str(), 0), 1) << file.GetLastError();
-    CModelFileReader reader(path);
-    ASSERT_TRUE(reader.IsOpen());
-    EXPECT_EQ(reader.Scalar("SELECT value FROM FileInfo WHERE name = 'format'"), "vrn-model");
-    EXPECT_EQ(m_dir.Entries(), std::vector<std::string>{"model.vrn"});
-}
-
-TEST_F(ModelFileTest, SavedFilesGetOrdinaryPermissionsOrKeepTheReplacedOnes) {
-    const mode_t mask = umask(022);
-    const std::string fresh = m_dir.File("fresh.vrn");
-    CVrnFile file;
-    ASSERT_EQ(file.Save(fresh.c_str(), 0), 1);
-    struct stat info {};
-    ASSERT_EQ(stat(fresh.c_str(), &info), 0);
-    EXPECT_EQ(info.st_mode & 0777, 0644u);
-
-    const std::string shared = m_dir.File("shared.vrn");
-    WriteBytes(shared, "old");
-    ASSERT_EQ(chmod(shared.c_str(), 0664), 0);
-    ASSERT_EQ(file.Save(shared.c_str(), 0), 1);
-    ASSERT_EQ(stat(shared.c_str(), &info), 0);
-    EXPECT_EQ(info.st_mode & 0777, 0664u);
-    umask(mask);
-}
-
-TEST_F(ModelFileTest, SaveWithoutAPathIsRefused) {
+TEST_F(ModelFileTest, SaveWithoutAPathIsRefusedAndAFailedSavesReasonClearsAfterASuccessfulOne) {
     CVrnFile file;
     EXPECT_EQ(file.Save(nullptr, 0), 0);
     EXPECT_EQ(file.Save("", 0), 0);
     EXPECT_STRNE(file.GetLastError(), "");
-}
-
-TEST_F(ModelFileTest, AFailedSaveReasonClearsAfterASuccessfulOne) {
-    CVrnFile file;
-    EXPECT_EQ(file.Save(m_dir.File("missing/model.vrn").c_str(), 0), 0);
     EXPECT_EQ(file.Save(m_dir.File("model.vrn").c_str(), 0), 1);
     EXPECT_STREQ(file.GetLastError(), "");
 }

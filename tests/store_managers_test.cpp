@@ -13,10 +13,8 @@ using vrn::kPropertyValueCount;
 
 namespace {
 
-class ManagersTest : public ::testing::Test {
+class ManagersTest : public CBuilderTest {
 protected:
-    void SetUp() override { ASSERT_EQ(m_builder.Initialize(34, nullptr), 1); }
-
     std::string Save(CVrnAPI& builder, const std::string& name) {
         const std::string path = m_dir.File(name);
         builder.SaveToFile(path.c_str());
@@ -24,10 +22,14 @@ protected:
         return path;
     }
 
+    // Saves the test's builder as `name` and opens that file in a new builder.
+    std::unique_ptr<CTestBuilder> SaveAndReopen(const std::string& name) {
+        const std::string path = Save(m_builder, name);
+        auto reopened = std::make_unique<CTestBuilder>();
+        EXPECT_EQ(reopened->Initialize(34, path.c_str()), 1);
+        return reopened;
+    }
     CPropertyMgr& Properties() { return *m_builder.GetPropertyMgr(); }
-
-    CScratchDir m_dir;
-    CTestBuilder m_builder;
 };
 
 TEST_F(ManagersTest, KeysAreUniqueWithinAKeyClass) {
@@ -45,15 +47,12 @@ TEST_F(ManagersTest, KeysAreUniqueWithinAKeyClass) {
 TEST_F(ManagersTest, ReopenedModelsContinueTheirKeys) {
     for (int i = 0; i < 5; ++i) m_builder.AllocKey(EKeyClass::Entity);
     m_builder.AllocKey(EKeyClass::Index);
-    const std::string path = Save(m_builder, "keys.vrn");
+    const auto reopened = SaveAndReopen("keys.vrn");
+    EXPECT_EQ(reopened->AllocKey(EKeyClass::Entity), 6u);
+    EXPECT_EQ(reopened->AllocKey(EKeyClass::Index), 2u);
+    EXPECT_EQ(reopened->AllocKey(EKeyClass::Attribute), 1u);
 
-    CTestBuilder reopened;
-    ASSERT_EQ(reopened.Initialize(34, path.c_str()), 1);
-    EXPECT_EQ(reopened.AllocKey(EKeyClass::Entity), 6u);
-    EXPECT_EQ(reopened.AllocKey(EKeyClass::Index), 2u);
-    EXPECT_EQ(reopened.AllocKey(EKeyClass::Attribute), 1u);
-
-    CModelFileReader reader(Save(reopened, "again.vrn"));
+    CModelFileReader reader(Save(*reopened, "again.vrn"));
     EXPECT_EQ(reader.Scalar("SELECT last_key FROM KeyAllocator WHERE key_class = 35"), "6");
 }
 
@@ -67,30 +66,25 @@ TEST_F(ManagersTest, AnExhaustedKeySpaceGivesNoKeyRatherThanARepeat) {
     EXPECT_EQ(reopened.AllocKey(EKeyClass::ForeignKey), 0u);
 }
 
-TEST_F(ManagersTest, NameSpaceEntersEachTextOnce) {
+TEST_F(ManagersTest, NameSpaceEntersEachTextOnceAndKeepsItsNumbersInTheFile) {
+    const auto textOf = [](CNameSpaceMgr& names, std::int32_t id) {
+        CString text;
+        names.GetStringFromNameSpace(text, id);
+        return text.str();
+    };
     CNameSpaceMgr& names = *m_builder.GetNameSpaceMgr();
     const std::int32_t p = names.EnterString("P");
     EXPECT_EQ(names.EnterString("A"), p + 1);
     EXPECT_EQ(names.EnterString("P"), p);
-    CString text;
-    names.GetStringFromNameSpace(text, p + 1);
-    EXPECT_STREQ(text, "A");
-    names.GetStringFromNameSpace(text, 0);
-    EXPECT_STREQ(text, "");
-    names.GetStringFromNameSpace(text, 99999);
-    EXPECT_STREQ(text, "");
-}
+    EXPECT_EQ(textOf(names, p + 1), "A");
+    EXPECT_EQ(textOf(names, 0), "");
+    EXPECT_EQ(textOf(names, 99999), "");
 
-TEST_F(ManagersTest, NameSpaceTextsSurviveAReopen) {
-    const std::int32_t id = m_builder.GetNameSpaceMgr()->EnterString("SALES");
-    const std::string path = Save(m_builder, "names.vrn");
-    CTestBuilder reopened;
-    ASSERT_EQ(reopened.Initialize(34, path.c_str()), 1);
-    CString text;
-    reopened.GetNameSpaceMgr()->GetStringFromNameSpace(text, id);
-    EXPECT_STREQ(text, "SALES");
-    EXPECT_EQ(reopened.GetNameSpaceMgr()->EnterString("SALES"), id);
-    EXPECT_EQ(reopened.GetNameSpaceMgr()->EnterString("NEW"), id + 1);
+    const auto reopened = SaveAndReopen("names.vrn");
+    CNameSpaceMgr& again = *reopened->GetNameSpaceMgr();
+    EXPECT_EQ(textOf(again, p + 1), "A");
+    EXPECT_EQ(again.EnterString("P"), p);
+    EXPECT_EQ(again.EnterString("NEW"), p + 2);
 }
 
 TEST_F(ManagersTest, ObjectTypesAreNumberedByRowTypeThenFrom530) {
@@ -104,12 +98,10 @@ TEST_F(ManagersTest, ObjectTypesAreNumberedByRowTypeThenFrom530) {
     CString empty;
     EXPECT_EQ(types.GetObjectTypeId(empty), 0);
 
-    const std::string path = Save(m_builder, "types.vrn");
-    CTestBuilder reopened;
-    ASSERT_EQ(reopened.Initialize(34, path.c_str()), 1);
+    const auto reopened = SaveAndReopen("types.vrn");
     CString third("Third");
-    EXPECT_EQ(reopened.GetGuidMgr()->GetObjectTypeId(extra), 530);
-    EXPECT_EQ(reopened.GetGuidMgr()->GetObjectTypeId(third), 532);
+    EXPECT_EQ(reopened->GetGuidMgr()->GetObjectTypeId(extra), 530);
+    EXPECT_EQ(reopened->GetGuidMgr()->GetObjectTypeId(third), 532);
 }
 
 TEST_F(ManagersTest, PropertyInsertionsAreCheckedAgainstTheCatalogue) {
@@ -182,19 +174,14 @@ TEST_F(ManagersTest, PartitionsGetKeysOfTheirOwn) {
     EXPECT_EQ(Properties().InsertTablePartition(5, refused, nullptr, 0), 0);
     EXPECT_EQ(Properties().InsertIndexPartition(0, refused, "IP2", 0), 0);
 
-    const std::string path = Save(m_builder, "parts.vrn");
-    CModelFileReader reader(path);
+    const auto reopened = SaveAndReopen("parts.vrn");
+    CModelFileReader reader(m_dir.File("parts.vrn"));
     const auto rows = reader.Rows("Partition", "partition_key");
     ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[0].at("owner_kind"), "table");
-    EXPECT_EQ(rows[0].at("name"), "P2024");
-    EXPECT_EQ(rows[1].at("owner_kind"), "index");
-    EXPECT_EQ(rows[1].at("int_arg"), "3");
-
-    CTestBuilder reopened;
-    ASSERT_EQ(reopened.Initialize(34, path.c_str()), 1);
+    EXPECT_EQ(Fields(rows[0], "owner_kind name"), "owner_kind=table name=P2024");
+    EXPECT_EQ(Fields(rows[1], "owner_kind int_arg"), "owner_kind=index int_arg=3");
     unsigned long third = 0;
-    EXPECT_EQ(reopened.GetPropertyMgr()->InsertTablePartition(5, third, "P2025", 0), 1);
+    EXPECT_EQ(reopened->GetPropertyMgr()->InsertTablePartition(5, third, "P2025", 0), 1);
     EXPECT_EQ(third, 3u);
 }
 
@@ -202,24 +189,18 @@ TEST_F(ManagersTest, PropertiesAreSavedInCallOrderWithNullForNoText) {
     Properties().InsertTableProperty(5, 3, 7, nullptr, 0);
     Properties().InsertAttributeProperty(9, 49, 64, "10", 0);
     Properties().InsertOverflowSegmentProperty(5, 10, 15, "", 2);
-    const std::string path = Save(m_builder, "props.vrn");
-    CModelFileReader reader(path);
+    const auto reopened = SaveAndReopen("props.vrn");
+    CModelFileReader reader(m_dir.File("props.vrn"));
     const auto rows = reader.Rows("Property", "prop_seq");
     ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(rows[0].at("owner_kind"), "table");
-    EXPECT_EQ(rows[0].at("text"), "NULL");
-    EXPECT_EQ(rows[1].at("owner_kind"), "attribute");
-    EXPECT_EQ(rows[1].at("text"), "10");
-    EXPECT_EQ(rows[2].at("owner_kind"), "overflow");
-    EXPECT_EQ(rows[2].at("text"), "");
-    EXPECT_EQ(rows[2].at("int_arg"), "2");
+    EXPECT_EQ(Fields(rows[0], "owner_kind text"), "owner_kind=table text=NULL");
+    EXPECT_EQ(Fields(rows[1], "owner_kind text"), "owner_kind=attribute text=10");
+    EXPECT_EQ(Fields(rows[2], "owner_kind text int_arg"), "owner_kind=overflow text= int_arg=2");
     EXPECT_EQ(reader.Scalar("SELECT typeof(text) FROM Property WHERE prop_seq = 1"), "null");
     EXPECT_EQ(reader.Count("PropertyValue"), kPropertyValueCount);
 
-    CTestBuilder reopened;
-    ASSERT_EQ(reopened.Initialize(34, path.c_str()), 1);
-    reopened.GetPropertyMgr()->InsertTableProperty(6, 4, 9, nullptr, 0);
-    CModelFileReader again(Save(reopened, "props2.vrn"));
+    reopened->GetPropertyMgr()->InsertTableProperty(6, 4, 9, nullptr, 0);
+    CModelFileReader again(Save(*reopened, "props2.vrn"));
     EXPECT_EQ(again.Count("Property"), 4);
     EXPECT_EQ(again.Scalar("SELECT text FROM Property WHERE prop_seq = 2"), "10");
 }

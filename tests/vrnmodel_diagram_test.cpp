@@ -11,6 +11,7 @@
 
 #include "CommandLineTest.h"
 #include "HeadlessBrowser.h"
+#include "ImportedModel.h"
 #include "ModelDiagram.h"
 #include "ModelFileReader.h"
 #include "TestBuilder.h"
@@ -60,11 +61,7 @@ protected:
         builder.AddForeignKeyColumnPair(has, "ID", "EMP_ID", 0);
         const unsigned long broken = builder.AddForeignKey(dept, skill, "FK_BROKEN", nullptr, nullptr);
         builder.AddForeignKeyColumnPair(broken, "NAME", "SKILL", 0);  // not the parent's key: invalid
-        const std::string path = m_dir.File("model.vrn");
-        builder.SaveToFile(path.c_str());
-        ASSERT_STREQ(builder.GetVrnFile()->GetLastError(), "");
-        std::string error;
-        ASSERT_TRUE(ReadModelFile(path, m_model, error)) << error;
+        m_model = SaveAndRead(builder, m_dir.File("model.vrn"));
     }
     static unsigned long Table(CVrnAPI& builder, const char* owner, const char* name,
                                std::initializer_list<const char*> columns, std::initializer_list<const char*> keys) {
@@ -84,57 +81,44 @@ protected:
     CModel m_model;
 };
 
-TEST_F(DiagramTest, OneBoxPerTableAndOneLinePerWrittenForeignKey) {
+// What each choice of options draws: how often each text stands in the SVG.
+TEST_F(DiagramTest, OptionsChooseWhatIsDrawn) {
     REQUIRE_COMMAND("dot");
-    const std::string svg = Render(Dot(CDiagramOptions()));
-    EXPECT_EQ(Occurrences(svg, "class=\"node\""), 4);
-    EXPECT_EQ(Occurrences(svg, "class=\"edge\""), 2);
-    // Only the non-identifying line is dashed.
-    EXPECT_EQ(Occurrences(svg, "stroke-dasharray"), 1);
-    EXPECT_NE(svg.find(">EMP_SKILL</text>"), std::string::npos);
-    EXPECT_NE(svg.find("DEPT_ID (FK)"), std::string::npos);
-    EXPECT_NE(svg.find("NUMBER(6)"), std::string::npos);  // types as the platform writes them
-    EXPECT_EQ(svg.find("FK_BROKEN"), std::string::npos);
+    CDiagramOptions all, subset, keys, names, grouped;
+    subset.tablePattern = "emp*";
+    keys.columns = EDiagramColumns::Keys;
+    names.columns = EDiagramColumns::None;
+    grouped.groupByOwner = true;
+    const std::string node = "class=\"node\"", edge = "class=\"edge\"";
+    const struct {
+        const char* name;
+        const CDiagramOptions& options;
+        std::vector<std::pair<std::string, int>> counts;
+    } cases[] = {
+        // One box per table and one line per written foreign key, only the
+        // non-identifying one dashed; every column with its type as the
+        // platform writes it, and the owner in each box.
+        {"all", all,
+         {{node, 4}, {edge, 2}, {"stroke-dasharray", 1}, {">EMP_SKILL</text>", 1}, {"DEPT_ID (FK)", 1},
+          {"NUMBER(6)", 8}, {"FK_BROKEN", 0}, {">HR</text>", 3}}},
+        // Only the line between two drawn tables.
+        {"emp*", subset, {{node, 2}, {edge, 1}}},
+        // Key columns, foreign or not, and no other.
+        {"keys", keys, {{"DEPT_ID (FK)", 1}, {">SKILL</text>", 1}, {">NAME</text>", 0}, {">X</text>", 0}}},
+        {"names", names, {{node, 4}, {edge, 2}, {"DEPT_ID", 0}}},
+        // The owner is the frame's label instead of a line in each box.
+        {"frames", grouped, {{"class=\"cluster\"", 2}, {">HR</text>", 1}, {">OPS</text>", 1}}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string svg = Render(Dot(c.options));
+        for (const auto& [text, count] : c.counts) EXPECT_EQ(Occurrences(svg, text), count) << text;
+    }
+    EXPECT_EQ(DiagramTables(m_model, subset).size(), 2u);
     // Each box carries the id the page finds it by.
+    const std::string svg = Render(Dot(all));
     for (int table = 0; table < 4; ++table)
         EXPECT_NE(svg.find("id=\"" + DiagramNodeId(table) + "\""), std::string::npos) << table;
-}
-
-TEST_F(DiagramTest, PatternsAndColumnModesChooseWhatIsDrawn) {
-    REQUIRE_COMMAND("dot");
-    CDiagramOptions subset;
-    subset.tablePattern = "emp*";
-    EXPECT_EQ(DiagramTables(m_model, subset).size(), 2u);
-    const std::string some = Render(Dot(subset));
-    EXPECT_EQ(Occurrences(some, "class=\"node\""), 2);
-    EXPECT_EQ(Occurrences(some, "class=\"edge\""), 1);  // only the line between two drawn tables
-
-    CDiagramOptions keys;
-    keys.columns = EDiagramColumns::Keys;
-    const std::string keyed = Render(Dot(keys));
-    EXPECT_NE(keyed.find("DEPT_ID (FK)"), std::string::npos);
-    EXPECT_NE(keyed.find(">SKILL</text>"), std::string::npos);  // a key column that is no foreign key
-    EXPECT_EQ(keyed.find(">NAME</text>"), std::string::npos);
-    EXPECT_EQ(keyed.find(">X</text>"), std::string::npos);
-
-    CDiagramOptions names;
-    names.columns = EDiagramColumns::None;
-    const std::string bare = Render(Dot(names));
-    EXPECT_EQ(Occurrences(bare, "class=\"node\""), 4);
-    EXPECT_EQ(bare.find("DEPT_ID"), std::string::npos);
-    EXPECT_EQ(Occurrences(bare, "class=\"edge\""), 2);
-}
-
-TEST_F(DiagramTest, OwnersBecomeLabelledFrames) {
-    REQUIRE_COMMAND("dot");
-    CDiagramOptions grouped;
-    grouped.groupByOwner = true;
-    const std::string svg = Render(Dot(grouped));
-    EXPECT_EQ(Occurrences(svg, "class=\"cluster\""), 2);
-    // The owner is the frame's label instead of a line in each box.
-    EXPECT_EQ(Occurrences(svg, ">HR</text>"), 1);
-    EXPECT_EQ(Occurrences(svg, ">OPS</text>"), 1);
-    EXPECT_EQ(Occurrences(Render(Dot(CDiagramOptions())), ">HR</text>"), 3);
 }
 
 TEST_F(DiagramTest, SaysWhenDotIsMissingOrFails) {
@@ -173,11 +157,7 @@ TEST(DiagramShape, ManyLoneTablesStillMakeAPictureShapedForAScreen) {
         const unsigned long fk = builder.AddForeignKey(tables[parent], tables[i], nullptr, nullptr, nullptr);
         builder.AddForeignKeyColumnPair(fk, "COLUMN_0", "COLUMN_1", 0);
     }
-    const std::string path = dir.File("shape.vrn");
-    builder.SaveToFile(path.c_str());
-    CModel model;
-    std::string error;
-    ASSERT_TRUE(ReadModelFile(path, model, error)) << error;
+    const CModel model = SaveAndRead(builder, dir.File("shape.vrn"));
     for (EDiagramColumns columns : {EDiagramColumns::All, EDiagramColumns::Keys, EDiagramColumns::None}) {
         CDiagramOptions options;
         options.columns = columns;
@@ -226,11 +206,7 @@ TEST_F(DiagramCommandTest, NothingToDrawIsAFailureNotAnEmptyPicture) {
     EXPECT_FALSE(std::ifstream(out).good());
 
     const std::string empty = m_dir.File("empty.vrn");
-    {
-        CVrnAPI builder;
-        ASSERT_EQ(builder.Initialize(34, nullptr), 1);
-        builder.SaveToFile(empty.c_str());
-    }
+    BuildModelFile(empty, 34, [](CVrnAPI&) {});
     EXPECT_EQ(Run("diagram " + empty + " -o " + out), 1);
     EXPECT_NE(Err().find("has no tables to draw"), std::string::npos) << Err();
     EXPECT_FALSE(std::ifstream(out).good());
@@ -238,12 +214,10 @@ TEST_F(DiagramCommandTest, NothingToDrawIsAFailureNotAnEmptyPicture) {
 
 TEST_F(DiagramCommandTest, ThePageCarriesTheModelDataWithoutEndingItsScript) {
     REQUIRE_COMMAND("dot");
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(34, nullptr), 1);
-    const unsigned long table = builder.AddEntity("</script><b>x", "O", 0, 0);
-    builder.AddAttribute(table, "A&B", "NUMBER", 6, -1, 1, 0);
     const std::string model = m_dir.File("odd.vrn"), page = m_dir.File("odd.html");
-    builder.SaveToFile(model.c_str());
+    BuildModelFile(model, 34, [](CVrnAPI& builder) {
+        builder.AddAttribute(builder.AddEntity("</script><b>x", "O", 0, 0), "A&B", "NUMBER", 6, -1, 1, 0);
+    });
     ASSERT_EQ(Run("diagram " + model + " -o " + page), 0) << Err();
     const std::string html = ReadBytes(page);
     EXPECT_EQ(Occurrences(html, "</script>"), 2);  // the page's own two
@@ -262,8 +236,7 @@ protected:
             GTEST_SKIP() << "Graphviz or Chromium is not installed";
         m_model = m_dir.File("flowable.vrn");
         ASSERT_EQ(Run("import " + Sample("flowable_mssql_all_create.sql") + " -o " + m_model), 0) << Err();
-        std::string error;
-        ASSERT_TRUE(ReadModelFile(m_model, m_read, error)) << error;
+        m_read = ReadModel(m_model);
         ASSERT_EQ(m_read.tables.size(), 62u);
         const std::string page = m_dir.File("flowable.html");
         ASSERT_EQ(Run("diagram " + m_model + " -o " + page), 0) << Err();
@@ -288,7 +261,9 @@ protected:
     }
     void Keep(const std::string& name) {
         const char* dir = std::getenv("VRN_SCREENSHOTS");
-        if (dir) WriteBytes(std::string(dir) + "/" + name, m_browser.Screenshot());
+        if (dir) {
+            EXPECT_TRUE(m_browser.SaveScreenshot(std::string(dir) + "/" + name)) << name;
+        }
     }
     std::string IdOf(const std::string& name) {
         for (std::size_t i = 0; i < m_read.tables.size(); ++i)
@@ -361,9 +336,7 @@ TEST_F(DiagramPageTest, ClickingATableShowsItsDetails) {
     m_browser.Click(box[0].get<double>() + box[2].get<double>() / 2, box[1].get<double>() + 12);
     ASSERT_EQ(m_browser.Evaluate("getComputedStyle(document.getElementById('panel')).display"), "block");
     const std::string panel = m_browser.Evaluate("document.getElementById('panel').innerText");
-    const CModelTable* table = nullptr;
-    for (const CModelTable& each : m_read.tables)
-        if (each.name == "ACT_RU_TASK") table = &each;
+    const CModelTable* table = FindTable(m_read, "ACT_RU_TASK");
     ASSERT_NE(table, nullptr);
     EXPECT_NE(panel.find("ACT_RU_TASK"), std::string::npos);
     for (const CModelColumn& column : table->columns)

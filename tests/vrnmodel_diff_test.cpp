@@ -17,20 +17,34 @@ namespace {
 using nlohmann::json;
 
 const std::string kSamples = VRN_SAMPLES_DIR;
+const std::string kPubs = kSamples + "/mssql_instpubs.sql";
+// Changes to the pubs sample, each one thing.
+const std::pair<std::string, std::string> kWiderName = {"au_lname       varchar(40)", "au_lname       varchar(60)"};
+const std::pair<std::string, std::string> kCityNotNull = {
+    "   city           varchar(20)           NULL,\n   state          char(2)               NULL,\n\n   zip",
+    "   city           varchar(20)           NOT NULL,\n   state          char(2)               NULL,\n\n   zip"};
+const std::pair<std::string, std::string> kNoRoyaltyShare = {"   royaltyper     int                   NULL,\n", ""};
+const std::pair<std::string, std::string> kRenamedTable = {"CREATE TABLE roysched", "CREATE TABLE royalty_schedule"};
 constexpr auto npos = std::string::npos;
 
 class DiffTest : public CommandLineTest {
 protected:
-    // The pubs sample with `from` replaced by `to` (exactly once), as a script of the test's own.
-    std::string ChangedPubs(const std::string& name, const std::string& from, const std::string& to) {
-        std::string text = ReadBytes(kSamples + "/mssql_instpubs.sql");
-        const std::size_t at = text.find(from);
-        EXPECT_NE(at, npos) << from;
-        EXPECT_EQ(text.find(from, at + 1), npos) << from << " is not unique";
-        if (at != npos) text.replace(at, from.size(), to);
+    // The pubs sample with each `from` replaced by its `to` (each exactly
+    // once), as a script of the test's own.
+    std::string ChangedPubs(const std::string& name, const std::vector<std::pair<std::string, std::string>>& changes) {
+        std::string text = ReadBytes(kPubs);
+        for (const auto& [from, to] : changes) {
+            const std::size_t at = text.find(from);
+            EXPECT_NE(at, npos) << from;
+            EXPECT_EQ(text.find(from, at + 1), npos) << from << " is not unique";
+            if (at != npos) text.replace(at, from.size(), to);
+        }
         const std::string path = m_dir.File(name + ".sql");
         WriteBytes(path, text);
         return path;
+    }
+    std::string ChangedPubs(const std::string& name, const std::string& from, const std::string& to) {
+        return ChangedPubs(name, {{from, to}});
     }
     // The one change the text report names, or what it says instead.
     std::string OnlyChange(const std::string& changed) {
@@ -57,16 +71,15 @@ TEST_F(DiffTest, EverySampleAgainstItselfIsEqual) {
     // A script is imported on the fly, and gives the model its import gives.
     const std::string pubs = m_dir.File("pubs.vrn");
     ASSERT_EQ(Run("import " + kSamples + "/mssql_instpubs.sql -o " + pubs), 0) << Err();
-    EXPECT_EQ(Run("diff " + pubs + " " + kSamples + "/mssql_instpubs.sql"), 0) << Out() << Err();
+    EXPECT_EQ(Run("diff " + pubs + " " + kPubs), 0) << Out() << Err();
 }
 
 TEST_F(DiffTest, EachChangeToAScriptIsNamedExactly) {
-    EXPECT_EQ(OnlyChange(ChangedPubs("widened", "au_lname       varchar(40)", "au_lname       varchar(60)")),
+    EXPECT_EQ(OnlyChange(ChangedPubs("widened", {kWiderName})),
               "Table authors\n  column au_lname: width 40 -> 60");
-    EXPECT_EQ(OnlyChange(ChangedPubs("nullable", "   city           varchar(20)           NULL,\n   state          char(2)               NULL,\n\n   zip",
-                                     "   city           varchar(20)           NOT NULL,\n   state          char(2)               NULL,\n\n   zip")),
+    EXPECT_EQ(OnlyChange(ChangedPubs("nullable", {kCityNotNull})),
               "Table authors\n  column city: nullable yes -> no");
-    EXPECT_EQ(OnlyChange(ChangedPubs("dropped", "   royaltyper     int                   NULL,\n", "")),
+    EXPECT_EQ(OnlyChange(ChangedPubs("dropped", {kNoRoyaltyShare})),
               "Table titleauthor\n  column royaltyper dropped");
     EXPECT_EQ(OnlyChange(ChangedPubs("indexed", "CREATE NONCLUSTERED INDEX titleidind ON sales (title_id)",
                                      "CREATE NONCLUSTERED INDEX titleidind ON sales (title_id)\nGO\n"
@@ -85,7 +98,7 @@ TEST_F(DiffTest, EachChangeToAScriptIsNamedExactly) {
 }
 
 TEST_F(DiffTest, ARenamedTableIsDroppedAndAdded) {
-    const std::string renamed = ChangedPubs("renamed", "CREATE TABLE roysched", "CREATE TABLE royalty_schedule");
+    const std::string renamed = ChangedPubs("renamed", {kRenamedTable});
     EXPECT_EQ(Run("diff " + kSamples + "/mssql_instpubs.sql " + renamed + " --json"), 1) << Err();
     const json report = json::parse(Out());
     EXPECT_EQ(report.at("equal"), false);
@@ -106,17 +119,8 @@ TEST_F(DiffTest, ARenamedTableIsDroppedAndAdded) {
 // The migration as a user checks it: the old script followed by the
 // migration imports to the model of the new script.
 TEST_F(DiffTest, TheMigrationTakesTheOldScriptToTheNewModel) {
-    const std::string pubs = kSamples + "/mssql_instpubs.sql";
-    std::string text = ReadBytes(pubs);
-    for (const auto& [from, to] : std::vector<std::pair<std::string, std::string>>{
-             {"au_lname       varchar(40)", "au_lname       varchar(60)"},
-             {"   royaltyper     int                   NULL,\n", ""},
-             {"CREATE TABLE roysched", "CREATE TABLE royalty_schedule"}}) {
-        ASSERT_NE(text.find(from), npos) << from;
-        text.replace(text.find(from), from.size(), to);
-    }
-    const std::string changed = m_dir.File("changed.sql"), migration = m_dir.File("migration.sql");
-    WriteBytes(changed, text);
+    const std::string pubs = kPubs, migration = m_dir.File("migration.sql");
+    const std::string changed = ChangedPubs("changed", {kWiderName, kNoRoyaltyShare, kRenamedTable});
     ASSERT_EQ(Run("diff " + pubs + " " + changed + " --ddl -o " + migration), 1) << Err();
     const std::string script = ReadBytes(migration);
     EXPECT_NE(script.find("ALTER TABLE authors ALTER COLUMN au_lname varchar(60) NOT NULL\nGO\n"), npos) << script;
@@ -137,9 +141,7 @@ TEST_F(DiffTest, TheMigrationTakesTheOldScriptToTheNewModel) {
     EXPECT_EQ(Run("diff " + pubs + " " + pubs + " --ddl"), 0) << Err();
     EXPECT_NE(Out().find("-- Nothing changes.\n"), npos) << Out();
     // What the platform cannot do in place is marked, and said.
-    const std::string nullable =
-        ChangedPubs("nullable", "   city           varchar(20)           NULL,\n   state          char(2)               NULL,\n\n   zip",
-                    "   city           varchar(20)           NOT NULL,\n   state          char(2)               NULL,\n\n   zip");
+    const std::string nullable = ChangedPubs("nullable", {kCityNotNull});
     EXPECT_EQ(Run("diff " + pubs + " " + nullable + " --ddl --platform db2zos"), 1) << Err();
     EXPECT_NE(Out().find("-- manual step: DB2 for z/OS does not change whether column city of authors admits nulls"),
               npos)
@@ -149,7 +151,7 @@ TEST_F(DiffTest, TheMigrationTakesTheOldScriptToTheNewModel) {
 }
 
 TEST_F(DiffTest, TroubleIsExitStatusTwo) {
-    const std::string pubs = kSamples + "/mssql_instpubs.sql";
+    const std::string pubs = kPubs;
     EXPECT_EQ(Run("diff " + pubs + " /no/such.sql"), 2);
     EXPECT_NE(Err().find("/no/such.sql"), npos) << Err();
     EXPECT_EQ(Run("diff " + pubs), 2);

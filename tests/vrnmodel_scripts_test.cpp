@@ -22,40 +22,80 @@ std::vector<std::string> TransactSqlStatements(const std::string& text) {
     return texts;
 }
 
-TEST(SqlScriptTest, StatementsEndWhereTheNextStartsWhenNothingElseEndsThem) {
-    // Install scripts of SQL Server and Sybase applications write statement
-    // after statement, without GO or ";".
+// Where statements end, in each style of script: the texts of the
+// statements, read as T-SQL or with the terminator the script shows.
+TEST(SqlScriptTest, EachStyleOfScriptEndsItsStatementsWhereItsToolDoes) {
+    using Texts = std::vector<std::string>;
     const std::string bare = "create table a (x int)\ncreate table b (y int,\n  z int)\ncreate index ix on a (x)\n";
-    const std::vector<std::string> expected = {"create table a (x int)", "create table b (y int,\n  z int)",
-                                               "create index ix on a (x)"};
-    EXPECT_EQ(TransactSqlStatements(bare), expected);
-    EXPECT_EQ(Statements(bare), expected);  // no terminator at all: the only sensible reading
-    // With ";" in the script, only T-SQL also ends statements at the next one's start.
-    const std::string mixed = "create table a (x int)\ninsert into a values (1);\n";
-    EXPECT_EQ(TransactSqlStatements(mixed), (std::vector<std::string>{"create table a (x int)", "insert into a values (1)"}));
-    EXPECT_EQ(Statements(mixed).size(), 1u);
-    // A view's SELECT after AS is part of the view.
-    EXPECT_EQ(TransactSqlStatements("create view v as\nselect x from a\ncreate table c (d int)\n").size(), 2u);
-}
-
-TEST(SqlScriptTest, TerminatorsChosenByTheToolThatRunsTheScript) {
-    // db2 -td@: announced, and ";" stays inside the procedure's body.
-    EXPECT_EQ(Statements("--#SET TERMINATOR @\n"
-                         "CREATE TABLE A (ID INT NOT NULL, PRIMARY KEY (ID))@\n"
-                         "CREATE PROCEDURE P() BEGIN DECLARE X INT; SET X = 1; END@\n"),
-              (std::vector<std::string>{"CREATE TABLE A (ID INT NOT NULL, PRIMARY KEY (ID))",
-                                        "CREATE PROCEDURE P() BEGIN DECLARE X INT; SET X = 1; END"}));
-    // db2 -td~ and -td!: not announced, seen from the ends of the lines.
-    EXPECT_EQ(Statements("CREATE TABLE A (X INT) IN \"TS1\" ~\nCREATE TABLE B (Y INT)\n  IN \"TS2\" ~\n"),
-              (std::vector<std::string>{"CREATE TABLE A (X INT) IN \"TS1\"", "CREATE TABLE B (Y INT)\n  IN \"TS2\""}));
-    EXPECT_EQ(Statements("CREATE TABLE A (X INT)!\nCREATE TABLE B (Y INT)!\n").size(), 2u);
-    // Announced terminators change where the script says so.
-    EXPECT_EQ(Statements("--#SET TERMINATOR @\nCREATE TABLE A (X INT)@\n--#SET TERMINATOR ;\n"
-                         "CREATE TABLE B (Y INT);\nCREATE TABLE C (Z INT);\n")
-                  .size(),
-              3u);
-    // A ";" script keeps ";", whatever a line ends with now and then.
-    EXPECT_EQ(Statements("CREATE TABLE A (X INT);\nCREATE TABLE B (Y INT) IN TS ~\nCREATE TABLE C (Z INT);\n").size(), 2u);
+    const Texts bareStatements = {"create table a (x int)", "create table b (y int,\n  z int)",
+                                  "create index ix on a (x)"};
+    const struct {
+        const char* style;
+        bool transactSql;
+        std::string script;
+        Texts statements;
+    } cases[] = {
+        // Install scripts of SQL Server and Sybase applications write
+        // statement after statement, without GO or ";"; with no terminator
+        // at all, that is the only sensible reading of any script.
+        {"T-SQL without terminators", true, bare, bareStatements},
+        {"no terminator at all", false, bare, bareStatements},
+        // With ";" in the script, only T-SQL also ends statements at the next one's start.
+        {"T-SQL with a semicolon", true, "create table a (x int)\ninsert into a values (1);\n",
+         {"create table a (x int)", "insert into a values (1)"}},
+        {"semicolons", false, "create table a (x int)\ninsert into a values (1);\n",
+         {"create table a (x int)\ninsert into a values (1)"}},
+        // A view's SELECT after AS is part of the view.
+        {"T-SQL view", true, "create view v as\nselect x from a\ncreate table c (d int)\n",
+         {"create view v as\nselect x from a", "create table c (d int)"}},
+        {"T-SQL batches", false,
+         "SET NOCOUNT ON\nGO\nexecute sp_addtype id, 'varchar(11)'\nexecute sp_addtype tid, 'varchar(6)'\n"
+         "create table t (a int,\n b int)\ninsert t values (1, 2)\nGO\ncreate procedure p as\nselect 1\nselect 2\nGO\n",
+         {"SET NOCOUNT ON", "execute sp_addtype id, 'varchar(11)'", "execute sp_addtype tid, 'varchar(6)'",
+          "create table t (a int,\n b int)", "insert t values (1, 2)", "create procedure p as\nselect 1\nselect 2"}},
+        // db2 -td@: announced, and ";" stays inside the procedure's body.
+        {"announced @", false,
+         "--#SET TERMINATOR @\nCREATE TABLE A (ID INT NOT NULL, PRIMARY KEY (ID))@\n"
+         "CREATE PROCEDURE P() BEGIN DECLARE X INT; SET X = 1; END@\n",
+         {"CREATE TABLE A (ID INT NOT NULL, PRIMARY KEY (ID))",
+          "CREATE PROCEDURE P() BEGIN DECLARE X INT; SET X = 1; END"}},
+        // db2 -td~ and -td!: not announced, seen from the ends of the lines.
+        {"unannounced ~", false, "CREATE TABLE A (X INT) IN \"TS1\" ~\nCREATE TABLE B (Y INT)\n  IN \"TS2\" ~\n",
+         {"CREATE TABLE A (X INT) IN \"TS1\"", "CREATE TABLE B (Y INT)\n  IN \"TS2\""}},
+        {"unannounced !", false, "CREATE TABLE A (X INT)!\nCREATE TABLE B (Y INT)!\n",
+         {"CREATE TABLE A (X INT)", "CREATE TABLE B (Y INT)"}},
+        // Announced terminators change where the script says so.
+        {"announced twice", false,
+         "--#SET TERMINATOR @\nCREATE TABLE A (X INT)@\n--#SET TERMINATOR ;\n"
+         "CREATE TABLE B (Y INT);\nCREATE TABLE C (Z INT);\n",
+         {"CREATE TABLE A (X INT)", "CREATE TABLE B (Y INT)", "CREATE TABLE C (Z INT)"}},
+        // A ";" script keeps ";", whatever a line ends with now and then.
+        {"semicolons and a ~", false,
+         "CREATE TABLE A (X INT);\nCREATE TABLE B (Y INT) IN TS ~\nCREATE TABLE C (Z INT);\n",
+         {"CREATE TABLE A (X INT)", "CREATE TABLE B (Y INT) IN TS ~\nCREATE TABLE C (Z INT)"}},
+        // SQL*Plus: its commands are no statements, a block ends at a "/" line.
+        {"SQL*Plus", false,
+         "REM it's a comment with a quote\nPROMPT don't stop\ncreate table t (a number);\n"
+         "create or replace package body p as\n procedure x is begin null; end;\nend p;\n/\n"
+         "create view v as select * from t;\n",
+         {"create table t (a number)", "create or replace package body p as\n procedure x is begin null; end;\nend p;",
+          "create view v as select * from t"}},
+        {"SQL*Plus words as column names", false,
+         "PROMPT creating t\ncreate table t (\n  id number,\n  prompt varchar2(10),\n  rem number\n);\nREM done\n",
+         {"create table t (\n  id number,\n  prompt varchar2(10),\n  rem number\n)"}},
+        // BEGIN ... END blocks hold their semicolons.
+        {"BEGIN ATOMIC", false,
+         "CREATE TRIGGER tr BEFORE INSERT ON t FOR EACH ROW BEGIN ATOMIC\n IF 1 = 1 THEN SET x = 1; END IF;\n"
+         " SET y = CASE WHEN a THEN 1 ELSE 2 END;\nEND;\n"
+         "CREATE TABLE u (a INT);\nCREATE FUNCTION f () RETURNS INT RETURN 1;\n",
+         {"CREATE TRIGGER tr BEFORE INSERT ON t FOR EACH ROW BEGIN ATOMIC\n IF 1 = 1 THEN SET x = 1; END IF;\n"
+          " SET y = CASE WHEN a THEN 1 ELSE 2 END;\nEND",
+          "CREATE TABLE u (a INT)", "CREATE FUNCTION f () RETURNS INT RETURN 1"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.style);
+        EXPECT_EQ(c.transactSql ? TransactSqlStatements(c.script) : Statements(c.script), c.statements);
+    }
 }
 
 TEST(SqlSourceTest, DecodesByteOrderMarksAndLineEnds) {
@@ -92,46 +132,6 @@ TEST(SqlLexerTest, UnterminatedTextEndsWithTheScript) {
     ASSERT_FALSE(tokens.empty());
     EXPECT_EQ(tokens.back().kind, CTokenKind::String);
     EXPECT_TRUE(Tokenize("/* open comment").empty());
-}
-
-TEST(SqlScriptTest, TsqlBatchesEndAtGoAndStatementsAtTheNextStart) {
-    const auto statements = Statements(
-        "SET NOCOUNT ON\nGO\nexecute sp_addtype id, 'varchar(11)'\nexecute sp_addtype tid, 'varchar(6)'\n"
-        "create table t (a int,\n b int)\ninsert t values (1, 2)\nGO\n"
-        "create procedure p as\nselect 1\nselect 2\nGO\n");
-    EXPECT_EQ(statements, (std::vector<std::string>{"SET NOCOUNT ON", "execute sp_addtype id, 'varchar(11)'",
-                                                    "execute sp_addtype tid, 'varchar(6)'",
-                                                    "create table t (a int,\n b int)", "insert t values (1, 2)",
-                                                    "create procedure p as\nselect 1\nselect 2"}));
-}
-
-TEST(SqlScriptTest, SqlPlusBlocksEndAtASlashLine) {
-    const auto statements = Statements(
-        "REM it's a comment with a quote\nPROMPT don't stop\ncreate table t (a number);\n"
-        "create or replace package body p as\n procedure x is begin null; end;\nend p;\n/\n"
-        "create view v as select * from t;\n");
-    ASSERT_EQ(statements.size(), 3u);
-    EXPECT_EQ(statements[0], "create table t (a number)");
-    EXPECT_EQ(statements[1].substr(0, 34), "create or replace package body p a");
-    EXPECT_EQ(statements[1].substr(statements[1].size() - 6), "end p;");
-    EXPECT_EQ(statements[2], "create view v as select * from t");
-}
-
-TEST(SqlScriptTest, AColumnNamedPromptIsNoSqlPlusCommand) {
-    const auto statements = Statements("PROMPT creating t\ncreate table t (\n  id number,\n  prompt varchar2(10),\n"
-                                       "  rem number\n);\nREM done\n");
-    ASSERT_EQ(statements.size(), 1u);
-    EXPECT_EQ(statements[0], "create table t (\n  id number,\n  prompt varchar2(10),\n  rem number\n)");
-}
-
-TEST(SqlScriptTest, BeginEndBlocksHoldTheirSemicolons) {
-    const auto statements = Statements(
-        "CREATE TRIGGER tr BEFORE INSERT ON t FOR EACH ROW BEGIN ATOMIC\n IF 1 = 1 THEN SET x = 1; END IF;\n"
-        " SET y = CASE WHEN a THEN 1 ELSE 2 END;\nEND;\nCREATE TABLE u (a INT);\n"
-        "CREATE FUNCTION f () RETURNS INT RETURN 1;\n");
-    ASSERT_EQ(statements.size(), 3u);
-    EXPECT_EQ(statements[1], "CREATE TABLE u (a INT)");
-    EXPECT_EQ(statements[2], "CREATE FUNCTION f () RETURNS INT RETURN 1");
 }
 
 TEST(SqlScriptTest, LineCommandsEndWithTheirLine) {
