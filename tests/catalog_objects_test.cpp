@@ -30,15 +30,15 @@ TEST_F(CatalogObjectsTest, CheckConstraintsAreNumberedPerEntity) {
     m_builder.AddCheckConstraint("CK_OTHER", "1 = 1", other, nullptr, 0);
     const auto rows = Save().Rows("CheckConstraints");
     ASSERT_EQ(rows.size(), 4u);
-    EXPECT_EQ(rows[0].at("constraint_no") + rows[1].at("constraint_no") + rows[2].at("constraint_no") +
-                  rows[3].at("constraint_no"),
+    EXPECT_EQ(rows.at(0).at("constraint_no") + rows.at(1).at("constraint_no") + rows.at(2).at("constraint_no") +
+                  rows.at(3).at("constraint_no"),
               "1231");
     const std::string item = std::to_string(m_item);
-    EXPECT_EQ(Fields(rows[0], "attribute_no attribute_id entity_key table_key model_no"),
+    EXPECT_EQ(Fields(rows.at(0), "attribute_no attribute_id entity_key table_key model_no"),
               "attribute_no=1 attribute_id=1 entity_key=" + item + " table_key=" + item + " model_no=1");
-    EXPECT_EQ(Fields(rows[1], "name attribute_id text"), "name= attribute_id=0 text=STATE IN (1, 2)");
-    EXPECT_EQ(rows[2].at("model_no"), "7");
-    EXPECT_NE(rows[0].at("constraint_key"), rows[1].at("constraint_key"));
+    EXPECT_EQ(Fields(rows.at(1), "name attribute_id text"), "name= attribute_id=0 text=STATE IN (1, 2)");
+    EXPECT_EQ(rows.at(2).at("model_no"), "7");
+    EXPECT_NE(rows.at(0).at("constraint_key"), rows.at(1).at("constraint_key"));
 }
 
 TEST_F(CatalogObjectsTest, UnknownEntitiesAndColumnsAddNoCheckConstraint) {
@@ -110,7 +110,7 @@ TEST_F(CatalogObjectsTest, PackageHeaderAndBodyMergeIntoOneRow) {
     EXPECT_EQ(m_builder.AddPackage("PKG", "SCOTT", "package body PKG is begin null; end;", true), declared);
     const auto rows = Save().Rows("DbPackage");
     ASSERT_EQ(rows.size(), 1u);
-    EXPECT_EQ(Fields(rows[0], "name owner fixed_no header_text body_text"),
+    EXPECT_EQ(Fields(rows.at(0), "name owner fixed_no header_text body_text"),
               "name=PKG owner=SCOTT fixed_no=1 header_text=package PKG is end; "
               "body_text=package body PKG is begin null; end;");
 }
@@ -147,8 +147,10 @@ TEST_F(CatalogObjectsTest, ReferencedObjectsNeedAKnownMetaTable) {
     EXPECT_EQ(m_builder.FindReferencedObject(1, 2, 3, 4, 999), 0u);
     const auto rows = Save().Rows("Referenced_Object");
     ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[0].at("meta_table_key"), std::to_string(m_builder.GetPropertyMgr()->m_pMetaTableTbl->GetTechKey(40)));
-    EXPECT_EQ(rows[0].at("value1") + rows[0].at("value2") + rows[0].at("value3") + rows[0].at("value4"), "1234");
+    EXPECT_EQ(rows.at(0).at("meta_table_key"),
+              std::to_string(m_builder.GetPropertyMgr()->m_pMetaTableTbl->GetTechKey(40)));
+    EXPECT_EQ(rows.at(0).at("value1") + rows.at(0).at("value2") + rows.at(0).at("value3") + rows.at(0).at("value4"),
+              "1234");
 }
 
 TEST_F(CatalogObjectsTest, StorageObjectsAreWrittenButNotHandedOut) {
@@ -156,9 +158,9 @@ TEST_F(CatalogObjectsTest, StorageObjectsAreWrittenButNotHandedOut) {
     EXPECT_EQ(m_builder.AddStorageObject("TS_IDX", "SYS", "create tablespace TS_IDX", 4), 0u);
     const auto rows = Save().Rows("Storage_Object");
     ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(Fields(rows[0], "owner kind fixed_no"), "owner= kind=4 fixed_no=1");
-    EXPECT_EQ(rows[1].at("owner"), "SYS");
-    EXPECT_NE(rows[0].at("object_key"), rows[1].at("object_key"));
+    EXPECT_EQ(Fields(rows.at(0), "owner kind fixed_no"), "owner= kind=4 fixed_no=1");
+    EXPECT_EQ(rows.at(1).at("owner"), "SYS");
+    EXPECT_NE(rows.at(0).at("object_key"), rows.at(1).at("object_key"));
 }
 
 TEST_F(CatalogObjectsTest, TheNineCatalogListsAreWrittenInTheirFixedOrder) {

@@ -78,7 +78,7 @@ TEST_F(CatalogTypesTest, DefaultNamesAreKeptAsGiven) {
     CModelFileReader& reader = Save();
     const auto rows = reader.Rows("Defaults");
     ASSERT_EQ(rows.size(), 1u);
-    EXPECT_EQ(Fields(rows[0], "name text"), "name='Quoted' text= 0 ");
+    EXPECT_EQ(Fields(rows.at(0), "name text"), "name='Quoted' text= 0 ");
 }
 
 TEST_F(CatalogTypesTest, UserDatatypesCarryTheMappedBaseType) {
@@ -92,9 +92,9 @@ TEST_F(CatalogTypesTest, UserDatatypesCarryTheMappedBaseType) {
     CModelFileReader& reader = Save();
     const auto rows = reader.Rows("UserDatatype");
     ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(Fields(rows[0], "name datatype length"), "name=Boolean datatype=BIT length=-1");
-    EXPECT_EQ(Fields(rows[1], "name datatype length"), "name=ation datatype=VAR length=30");
-    EXPECT_EQ(Fields(rows[2], "datatype length scale user_datatype_id default_id"),
+    EXPECT_EQ(Fields(rows.at(0), "name datatype length"), "name=Boolean datatype=BIT length=-1");
+    EXPECT_EQ(Fields(rows.at(1), "name datatype length"), "name=ation datatype=VAR length=30");
+    EXPECT_EQ(Fields(rows.at(2), "datatype length scale user_datatype_id default_id"),
               "datatype=DC length=10 scale=2 user_datatype_id=3 default_id=0");
 }
 

@@ -120,8 +120,8 @@ TEST_F(EntitiesTest, PrimaryKeyRowsFollowAttributeOrderWithTheirOwnNumbers) {
     CModelFileReader& reader = Save();
     const auto rows = reader.Rows("PrimaryKey");
     ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(Fields(rows[0], "attribute_no sequence_no"), "attribute_no=1 sequence_no=10");
-    EXPECT_EQ(Fields(rows[1], "attribute_no sequence_no entity_key"),
+    EXPECT_EQ(Fields(rows.at(0), "attribute_no sequence_no"), "attribute_no=1 sequence_no=10");
+    EXPECT_EQ(Fields(rows.at(1), "attribute_no sequence_no entity_key"),
               "attribute_no=3 sequence_no=30 entity_key=" + std::to_string(item));
     EXPECT_EQ(reader.Scalar("SELECT (SELECT max(row_seq) FROM PrimaryKey) < (SELECT row_seq FROM Entity)"), "1");
 }

@@ -191,18 +191,18 @@ TEST_F(ForeignKeysTest, ASavedModelHoldsValidForeignKeysAfterTheEntities) {
 
     const auto keys = reader.Rows("ForeignKey");
     ASSERT_EQ(keys.size(), 1u);
-    EXPECT_EQ(Fields(keys[0], "name fk_key parent_entity_key child_entity_key relationship_type"),
+    EXPECT_EQ(Fields(keys.at(0), "name fk_key parent_entity_key child_entity_key relationship_type"),
               "name=FK_EMP_DEPT fk_key=" + std::to_string(fk) + " parent_entity_key=" + std::to_string(m_dept) +
                   " child_entity_key=" + std::to_string(m_emp) + " relationship_type=N");
-    EXPECT_EQ(Fields(keys[0], "t3 t4 t5 t6 t7 t13 t14"), "t3=P t4=P t5=O t6=O t7=O t13=C t14=N");
+    EXPECT_EQ(Fields(keys.at(0), "t3 t4 t5 t6 t7 t13 t14"), "t3=P t4=P t5=O t6=O t7=O t13=C t14=N");
 
     const auto pairs = reader.Rows("ForeignKeyColumn");
     ASSERT_EQ(pairs.size(), 2u);
-    EXPECT_EQ(Fields(pairs[0], "fk_key sequence_no"), "fk_key=" + std::to_string(fk) + " sequence_no=1");
-    EXPECT_EQ(Fields(pairs[1], "parent_attribute_no child_attribute_no origin_entity_key origin_attribute_no"),
+    EXPECT_EQ(Fields(pairs.at(0), "fk_key sequence_no"), "fk_key=" + std::to_string(fk) + " sequence_no=1");
+    EXPECT_EQ(Fields(pairs.at(1), "parent_attribute_no child_attribute_no origin_entity_key origin_attribute_no"),
               "parent_attribute_no=2 child_attribute_no=3 origin_entity_key=" + std::to_string(m_dept) +
                   " origin_attribute_no=2");
-    EXPECT_NE(pairs[0].at("column_key"), pairs[1].at("column_key"));
+    EXPECT_NE(pairs.at(0).at("column_key"), pairs.at(1).at("column_key"));
     // Pairs first, then their relationship row, after every entity.
     EXPECT_EQ(reader.Scalar("SELECT (SELECT max(row_seq) FROM Entity) < (SELECT min(row_seq) FROM ForeignKeyColumn)"
                              " AND (SELECT max(row_seq) FROM ForeignKeyColumn) < (SELECT row_seq FROM ForeignKey)"),

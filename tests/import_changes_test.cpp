@@ -64,7 +64,7 @@ TEST_F(ImportChangesTest, DroppingAParentTakesTheForeignKeysToItOnlyWithCascade)
                                                 "CREATE TABLE customer (id INT NOT NULL PRIMARY KEY)\n"});
     EXPECT_EQ(ForeignKeyNames(kept.model), "fk_orders_customer");
     ASSERT_EQ(kept.model.foreignKeys.size(), 1u);
-    EXPECT_GE(kept.model.foreignKeys[0].parentTable, 0) << "the key refers to the customer table created again";
+    EXPECT_GE(kept.model.foreignKeys.at(0).parentTable, 0) << "the key refers to the customer table created again";
 
     const CImported cascaded = Import("oracle", {std::string(kOrders) + "DROP TABLE customer CASCADE CONSTRAINTS;\n"});
     EXPECT_EQ(ForeignKeyNames(cascaded.model), "");
@@ -142,7 +142,7 @@ TEST_F(ImportChangesTest, CodeDroppedAndCreatedAgainKeepsTheNewText) {
                                                     "DROP PROCEDURE dbo.p\nGO\nDROP VIEW v\nGO\n"
                                                     "CREATE PROCEDURE dbo.p AS SELECT 2\nGO\n"});
     ASSERT_EQ(imported.model.procedures.size(), 1u);
-    EXPECT_NE(imported.model.procedures[0].text.find("SELECT 2"), std::string::npos);
+    EXPECT_NE(imported.model.procedures.at(0).text.find("SELECT 2"), std::string::npos);
     EXPECT_EQ(FindTable(imported.model, "v"), nullptr);
 }
 
@@ -153,16 +153,16 @@ TEST_F(ImportChangesTest, RenamesCarryKeysIndexesAndForeignKeysAlong) {
     EXPECT_EQ(FindTable(imported.model, "customer"), nullptr);
     EXPECT_EQ(ColumnNames(imported.model, "client"), "client_id,name");
     ASSERT_EQ(imported.model.foreignKeys.size(), 1u);
-    const CModelForeignKey& key = imported.model.foreignKeys[0];
+    const CModelForeignKey& key = imported.model.foreignKeys.at(0);
     ASSERT_GE(key.parentTable, 0);
     EXPECT_EQ(imported.model.tables[static_cast<std::size_t>(key.parentTable)].name, "client");
     ASSERT_EQ(key.pairs.size(), 1u);
-    EXPECT_EQ(key.pairs[0].parentColumn, "client_id");
-    EXPECT_EQ(key.pairs[0].childColumn, "client_id");
+    EXPECT_EQ(key.pairs.at(0).parentColumn, "client_id");
+    EXPECT_EQ(key.pairs.at(0).childColumn, "client_id");
     const CModelTable* orders = FindTable(imported.model, "orders");
     ASSERT_NE(orders, nullptr);
     ASSERT_EQ(orders->indexes.size(), 3u);
-    EXPECT_EQ(orders->indexes[2].columns[0].name, "client_id");
+    EXPECT_EQ(orders->indexes.at(2).columns.at(0).name, "client_id");
 }
 
 TEST_F(ImportChangesTest, AMigrationInASecondSourceChangesTheFirst) {
@@ -180,10 +180,12 @@ TEST_F(ImportChangesTest, WhatNoStatementDeclaredIsNotChangedAndSaid) {
     EXPECT_EQ(ColumnNames(imported.model, "t"), "a");
     EXPECT_EQ(imported.report.applied, 3);  // the drops of what is not there yet, and the table
     ASSERT_EQ(imported.report.warnings.size(), 2u);
-    EXPECT_NE(imported.report.warnings[0].find("script1.sql:4: ALTER TABLE t: column b not dropped"), std::string::npos)
-        << imported.report.warnings[0];
-    EXPECT_NE(imported.report.warnings[1].find("script1.sql:5: ALTER TABLE u: column a not changed"), std::string::npos)
-        << imported.report.warnings[1];
+    EXPECT_NE(imported.report.warnings.at(0).find("script1.sql:4: ALTER TABLE t: column b not dropped"),
+              std::string::npos)
+        << imported.report.warnings.at(0);
+    EXPECT_NE(imported.report.warnings.at(1).find("script1.sql:5: ALTER TABLE u: column a not changed"),
+              std::string::npos)
+        << imported.report.warnings.at(1);
 }
 
 TEST_F(ImportChangesTest, ATableOfTheModelBeingContinuedIsNotDroppedByAScript) {
@@ -196,7 +198,8 @@ TEST_F(ImportChangesTest, ATableOfTheModelBeingContinuedIsNotDroppedByAScript) {
     importer.Finish();
     EXPECT_NE(builder.FindEntity("KEPT", nullptr, 0), 0u);
     ASSERT_EQ(report.warnings.size(), 1u);
-    EXPECT_NE(report.warnings[0].find("is in the model being continued"), std::string::npos) << report.warnings[0];
+    EXPECT_NE(report.warnings.at(0).find("is in the model being continued"), std::string::npos)
+        << report.warnings.at(0);
     EXPECT_EQ(report.skipped["DROP TABLE"], 1);
 }
 

@@ -155,8 +155,8 @@ TEST_F(IndexesTest, TheEntitySaveWritesKeysBetweenAttributesAndStorage) {
               "index_key=" + std::to_string(index) + " param3=64 param1=-1 storage_space=USERS entity_key=" +
                   std::to_string(m_entity));
     const auto columns = reader.Rows("IndexColumn");
-    EXPECT_EQ(columns[0].at("attribute_no"), "1");
-    EXPECT_EQ(Fields(columns[1], "attribute_no sequence_no"), "attribute_no=2 sequence_no=2");
+    EXPECT_EQ(columns.at(0).at("attribute_no"), "1");
+    EXPECT_EQ(Fields(columns.at(1), "attribute_no sequence_no"), "attribute_no=2 sequence_no=2");
 }
 
 TEST_F(IndexesTest, WithoutKeyAttributesThePrimaryKeyIsNotWrittenButIndexesAre) {

@@ -240,8 +240,8 @@ TEST_F(ReadBackTest, TheModelItselfAndItsTablesWithTheirStorage) {
     const CModelTable& customer = TableOf(m, "customer");
     EXPECT_EQ(make_tuple(customer.key, customer.owner, customer.definition, customer.storageSpace),
               make_tuple(m_keys.customer, "sales", "who buys", "PRIMARY"));
-    EXPECT_EQ(customer.storageParams[2], 8);  // code 16 fills slot 3
-    EXPECT_EQ(customer.storageParams[0], -1);
+    EXPECT_EQ(customer.storageParams.at(2), 8);  // code 16 fills slot 3
+    EXPECT_EQ(customer.storageParams.at(0), -1);
     EXPECT_EQ(Named(customer.properties, "Logging").value, "LOGGING");
 }
 
@@ -267,34 +267,35 @@ TEST_F(ReadBackTest, KeysAndIndexesWithColumnsAndSortOrder) {
     const CModelTable& customer = TableOf(m_model, "customer");
     ASSERT_EQ(customer.primaryKey, 0);
     ASSERT_EQ(customer.indexes.size(), 4u);
-    const CModelIndex& primary = customer.indexes[0];
+    const CModelIndex& primary = customer.indexes.at(0);
     EXPECT_EQ(make_tuple(primary.keyType, primary.name), make_tuple('P', "pk_customer"));
     ASSERT_EQ(primary.columns.size(), 1u);
-    EXPECT_EQ(primary.columns[0].name, "id");
-    const CModelIndex& byName = customer.indexes[1];
+    EXPECT_EQ(primary.columns.at(0).name, "id");
+    const CModelIndex& byName = customer.indexes.at(1);
     EXPECT_EQ(make_tuple(byName.name, byName.keyType, byName.unique, byName.clustered, byName.storageSpace),
               make_tuple("ux_customer_name", 'A', true, false, "INDEXES"));
-    EXPECT_EQ(byName.storageParams[0], 12);  // code 41 fills slot 1
+    EXPECT_EQ(byName.storageParams.at(0), 12);  // code 41 fills slot 1
     ASSERT_EQ(byName.columns.size(), 1u);
-    EXPECT_TRUE(byName.columns[0].descending);
-    const CModelIndex& byZip = customer.indexes[2];
-    EXPECT_EQ(make_tuple(byZip.keyType, byZip.unique, byZip.clustered, byZip.columns[0].descending),
+    EXPECT_TRUE(byName.columns.at(0).descending);
+    const CModelIndex& byZip = customer.indexes.at(2);
+    EXPECT_EQ(make_tuple(byZip.keyType, byZip.unique, byZip.clustered, byZip.columns.at(0).descending),
               make_tuple('I', false, true, false));
     ASSERT_EQ(byZip.partitions.size(), 1u);
-    const CModelPartition& partition = m_model.partitions[byZip.partitions[0]];
+    const CModelPartition& partition = m_model.partitions[byZip.partitions.at(0)];
     EXPECT_EQ(make_tuple(partition.name, partition.ofIndex), make_tuple("ip_zip", true));
 }
 
 TEST_F(ReadBackTest, ForeignKeysWithPairsActionsAndTheCopiesTheyUse) {
     ASSERT_EQ(m_model.foreignKeys.size(), 2u);
-    const CModelForeignKey& paidBy = m_model.foreignKeys[0];
+    const CModelForeignKey& paidBy = m_model.foreignKeys.at(0);
     EXPECT_EQ(make_tuple(paidBy.name, m_model.tables[paidBy.parentTable].name, m_model.tables[paidBy.childTable].name),
               make_tuple("fk_paid_by", "customer", "invoice"));
     EXPECT_EQ(make_tuple(paidBy.identifying, paidBy.optional, paidBy.onDelete, paidBy.onUpdate),
               make_tuple(false, true, 'C', 'R'));
     ASSERT_EQ(paidBy.pairs.size(), 1u);
-    EXPECT_EQ(make_tuple(paidBy.pairs[0].parentColumn, paidBy.pairs[0].childColumn), make_tuple("id", "payer_id"));
-    EXPECT_EQ(m_model.foreignKeys[1].onDelete, 'N');
+    EXPECT_EQ(make_tuple(paidBy.pairs.at(0).parentColumn, paidBy.pairs.at(0).childColumn),
+              make_tuple("id", "payer_id"));
+    EXPECT_EQ(m_model.foreignKeys.at(1).onDelete, 'N');
 
     // The physical table has payer_id once; the second relationship uses a
     // copy of it, and the column lists both relationships.
@@ -303,7 +304,7 @@ TEST_F(ReadBackTest, ForeignKeysWithPairsActionsAndTheCopiesTheyUse) {
     ASSERT_EQ(invoice.copies.size(), 1u);
     const CModelColumn& payer = ColumnOf(m_model, "invoice", "payer_id");
     EXPECT_EQ(payer.foreignKeys, (std::vector<int>{0, 1}));
-    EXPECT_EQ(make_tuple(invoice.copies[0].isCopy, invoice.copies[0].copyOf, invoice.copies[0].copyFor),
+    EXPECT_EQ(make_tuple(invoice.copies.at(0).isCopy, invoice.copies.at(0).copyOf, invoice.copies.at(0).copyFor),
               make_tuple(true, payer.attributeNo, 1));
     EXPECT_EQ(invoice.foreignKeys, (std::vector<int>{0, 1}));
     EXPECT_EQ(TableOf(m_model, "customer").referencedBy, (std::vector<int>{0, 1}));
@@ -311,14 +312,14 @@ TEST_F(ReadBackTest, ForeignKeysWithPairsActionsAndTheCopiesTheyUse) {
 
 TEST_F(ReadBackTest, ChecksDefaultsRulesUserDatatypesAndBindings) {
     ASSERT_EQ(m_model.checks.size(), 2u);
-    EXPECT_EQ(make_tuple(m_model.checks[0].name, m_model.checks[0].text, m_model.checks[0].column),
+    EXPECT_EQ(make_tuple(m_model.checks.at(0).name, m_model.checks.at(0).text, m_model.checks.at(0).column),
               make_tuple("ck_total", "total >= 0", "total"));
-    EXPECT_EQ(m_model.checks[1].column, "");
+    EXPECT_EQ(m_model.checks.at(1).column, "");
     EXPECT_EQ(TableOf(m_model, "invoice").checks, (std::vector<int>{0, 1}));
     ASSERT_EQ(m_model.defaults.size(), 1u);
-    EXPECT_EQ(make_tuple(m_model.defaults[0].name, m_model.defaults[0].text), make_tuple("df_zero", "0"));
+    EXPECT_EQ(make_tuple(m_model.defaults.at(0).name, m_model.defaults.at(0).text), make_tuple("df_zero", "0"));
     ASSERT_EQ(m_model.rules.size(), 1u);
-    EXPECT_EQ(m_model.rules[0].text, "@v > 0");
+    EXPECT_EQ(m_model.rules.at(0).text, "@v > 0");
     ASSERT_EQ(m_model.userDatatypes.size(), 2u);
     const CModelUserDatatype& zipcode = Named(m_model.userDatatypes, "zipcode");
     EXPECT_EQ(make_tuple(zipcode.datatype, zipcode.length, zipcode.ruleId), make_tuple("CH", 5, m_keys.positive));
@@ -327,29 +328,30 @@ TEST_F(ReadBackTest, ChecksDefaultsRulesUserDatatypesAndBindings) {
 TEST_F(ReadBackTest, CodeObjectsWithTheirWholeTextAndPartitions) {
     const CModel& m = m_model;
     ASSERT_EQ(m.triggers.size(), 1u);
-    EXPECT_EQ(make_tuple(m.triggers[0].name, m.triggers[0].kind, m.tables[m.triggers[0].table].name,
-                         m.triggers[0].text),
+    EXPECT_EQ(make_tuple(m.triggers.at(0).name, m.triggers.at(0).kind, m.tables[m.triggers.at(0).table].name,
+                         m.triggers.at(0).text),
               make_tuple("tr_invoice", 2, "invoice", "create trigger tr_invoice ..."));
     ASSERT_EQ(m.procedures.size(), 1u);
-    EXPECT_EQ(make_tuple(m.procedures[0].owner, m.procedures[0].text),
+    EXPECT_EQ(make_tuple(m.procedures.at(0).owner, m.procedures.at(0).text),
               make_tuple("sales", "create procedure p_close\nas ..."));
     ASSERT_EQ(m.packages.size(), 1u);
-    EXPECT_EQ(make_tuple(m.packages[0].text, m.packages[0].body),
+    EXPECT_EQ(make_tuple(m.packages.at(0).text, m.packages.at(0).body),
               make_tuple("package pk_billing is end;", "package body pk_billing is end;"));
     ASSERT_EQ(m.storageObjects.size(), 1u);
-    EXPECT_EQ(make_tuple(m.storageObjects[0].kind, m.storageObjects[0].text), make_tuple(1, "CREATE STOGROUP SG1"));
+    EXPECT_EQ(make_tuple(m.storageObjects.at(0).kind, m.storageObjects.at(0).text),
+              make_tuple(1, "CREATE STOGROUP SG1"));
     ASSERT_EQ(m.referencedObjects.size(), 1u);
-    EXPECT_EQ(m.referencedObjects[0].values, (std::array<std::uint32_t, 4>{1, 2, 3, 4}));
-    EXPECT_NE(m.referencedObjects[0].metaTableKey, 0u);
+    EXPECT_EQ(m.referencedObjects.at(0).values, (std::array<std::uint32_t, 4>{1, 2, 3, 4}));
+    EXPECT_NE(m.referencedObjects.at(0).metaTableKey, 0u);
 
     ASSERT_EQ(m.partitions.size(), 2u);
     const CModelTable& customer = TableOf(m, "customer");
     ASSERT_EQ(customer.partitions.size(), 1u);  // the index's partition is listed by the index
-    const CModelPartition& partition = m.partitions[customer.partitions[0]];
+    const CModelPartition& partition = m.partitions[customer.partitions.at(0)];
     EXPECT_EQ(make_tuple(partition.name, partition.ofIndex, partition.key),
               make_tuple("p_old", false, m_keys.oldPartition));
     ASSERT_EQ(partition.properties.size(), 1u);
-    EXPECT_EQ(make_tuple(partition.properties[0].name, partition.properties[0].text),
+    EXPECT_EQ(make_tuple(partition.properties.at(0).name, partition.properties.at(0).text),
               make_tuple("Partition Limit", "100"));
 }
 
@@ -369,11 +371,11 @@ TEST_F(ReadBackTest, AModelSavedAgainReadsAsItWasLastSaved) {
     const CModelColumn& name = ColumnOf(model, "customer", "name");
     EXPECT_EQ(make_tuple(name.width, name.nullable), make_tuple(99, true));
     ASSERT_EQ(customer.indexes.size(), 4u);
-    EXPECT_EQ(make_tuple(customer.columns.size(), customer.indexes[1].columns.size(), model.checks.size(),
+    EXPECT_EQ(make_tuple(customer.columns.size(), customer.indexes.at(1).columns.size(), model.checks.size(),
                          TableOf(model, "invoice").checks.size(), TableOf(model, "invoice").copies.size()),
               make_tuple(4u, 1u, 2u, 2u, 1u));
     EXPECT_EQ(make_tuple(model.triggers.size(), model.procedures.size(), model.packages.size(),
-                         model.foreignKeys.size(), model.foreignKeys[0].pairs.size()),
+                         model.foreignKeys.size(), model.foreignKeys.at(0).pairs.size()),
               make_tuple(1u, 1u, 1u, 2u, 1u));
 }
 
@@ -392,7 +394,7 @@ TEST(ReadBackOldFileTest, AVersion1FileKeepsItsPackages) {
     ASSERT_TRUE(ReadModelFile(path, model, error)) << error;
     EXPECT_EQ(model.formatVersion, 1);
     ASSERT_EQ(model.packages.size(), 1u);
-    EXPECT_EQ(model.packages[0].text, "package pk_billing is end;");
+    EXPECT_EQ(model.packages.at(0).text, "package pk_billing is end;");
 }
 
 // ---------------------------------------------------------------------------
@@ -403,9 +405,9 @@ TEST(CompareEqualTest, TheSameModelBuiltInAnotherOrderIsEqual) {
     const CModel reversed = ReadSales({true, false});
     // Built the other way round: other keys, other row order, another made-up
     // index name, the shared column's copy on the other foreign key.
-    ASSERT_EQ(reversed.tables[0].name, "invoice");
-    ASSERT_NE(reversed.tables[1].key, Sales().tables[0].key);
-    ASSERT_EQ(reversed.foreignKeys[0].name, "fk_billed_to");
+    ASSERT_EQ(reversed.tables.at(0).name, "invoice");
+    ASSERT_NE(reversed.tables.at(1).key, Sales().tables.at(0).key);
+    ASSERT_EQ(reversed.foreignKeys.at(0).name, "fk_billed_to");
     ASSERT_NE(UnnamedIndex(reversed).name, UnnamedIndex(Sales()).name);
     ASSERT_EQ(reversed.userDatatypes[0].name, "zipcode");
     EXPECT_EQ(Lines(CompareModels(Sales(), reversed)), Strings());
@@ -414,8 +416,8 @@ TEST(CompareEqualTest, TheSameModelBuiltInAnotherOrderIsEqual) {
 
 TEST(CompareEqualTest, LetterCaseOfNamesDoesNotMatter) {
     const CModel upper = ReadSales({false, true});
-    ASSERT_EQ(upper.tables[0].name, "CUSTOMER");
-    ASSERT_EQ(upper.tables[0].columns[0].name, "ID");
+    ASSERT_EQ(upper.tables.at(0).name, "CUSTOMER");
+    ASSERT_EQ(upper.tables.at(0).columns.at(0).name, "ID");
     EXPECT_EQ(Lines(CompareModels(Sales(), upper)), Strings());
     const CModel both = ReadSales({true, true});
     EXPECT_EQ(Lines(CompareModels(Sales(), both)), Strings());
@@ -450,8 +452,8 @@ TEST(CompareEqualTest, IdentifiersAndNumbersOfTheFileAreNotCompared) {
                   ColumnOf(m, "customer", "balance").defaultId += 100;
                   CModelTable& invoice = TableOf(m, "invoice");
                   ASSERT_EQ(invoice.copies.size(), 1u);
-                  invoice.copies[0].width = 99;
-                  invoice.copies[0].name = "other";
+                  invoice.copies.at(0).width = 99;
+                  invoice.copies.at(0).name = "other";
               }),
               Strings());
 }
@@ -498,8 +500,8 @@ TEST(CompareTablesTest, KeysAndChecksOfNoTableAreComparedApart) {
     CheckOf(loose, "no > 0").table = -1;
     TableOf(loose, "invoice").foreignKeys = {0};
     TableOf(loose, "invoice").checks = {0};
-    ASSERT_EQ(loose.foreignKeys[0].name, "fk_paid_by");
-    ASSERT_EQ(loose.checks[0].name, "ck_total");
+    ASSERT_EQ(loose.foreignKeys.at(0).name, "fk_paid_by");
+    ASSERT_EQ(loose.checks.at(0).name, "ck_total");
     EXPECT_EQ(Lines(CompareModels(Sales(), loose)),
               (Strings{"Dropped|foreign key fk_billed_to of sales.invoice|||",
                        "Dropped|check constraint (no > 0) of sales.invoice|||", "Added|foreign key fk_billed_to|||",
@@ -531,7 +533,7 @@ TEST(CompareTablesTest, EachFieldOfAColumnIsAChangeOfItsOwn) {
     // An id that names no rule binds none.
     EXPECT_EQ(ChangesAfter([](CModel& m) { ColumnOf(m, "customer", "balance").ruleId = 12345; }), Strings());
     // A rule bound by name, whatever its id in either file.
-    EXPECT_EQ(ChangesAfter([](CModel& m) { ColumnOf(m, "customer", "balance").ruleId = m.rules[0].id; }),
+    EXPECT_EQ(ChangesAfter([](CModel& m) { ColumnOf(m, "customer", "balance").ruleId = m.rules.at(0).id; }),
               Strings{"Changed|" + balance + "|bound rule||r_positive"});
     EXPECT_EQ(ChangesAfter([](CModel& m) { ColumnOf(m, "customer", "zip").userDatatype = "ZIPCODE"; }), Strings());
     EXPECT_EQ(ChangesAfter([](CModel& m) { ColumnOf(m, "customer", "zip").defaultText = "'00001'"; }),
@@ -542,7 +544,7 @@ TEST(CompareTablesTest, ColumnsAddedDroppedAndMoved) {
     // Added columns move no other: only they are listed, in their order.
     EXPECT_EQ(ChangesAfter([](CModel& m) {
                   CModelTable& customer = TableOf(m, "customer");
-                  CModelColumn note = customer.columns[0];
+                  CModelColumn note = customer.columns.at(0);
                   note.name = "note";
                   customer.columns.insert(customer.columns.begin() + 1, note);
                   note.name = "memo";
@@ -591,7 +593,7 @@ TEST(CompareKeysTest, IndexesByNameElseByWhatTheyAre) {
                   CModelIndex& index = IndexOf(m, "customer", "ux_customer_name");
                   index.unique = false;
                   index.clustered = true;
-                  index.columns[0].descending = false;
+                  index.columns.at(0).descending = false;
               }),
               (Strings{"Changed|" + byName + "|unique|yes|no", "Changed|" + byName + "|clustered|no|yes",
                        "Changed|" + byName + "|columns|name DESC|name"}));
@@ -601,7 +603,7 @@ TEST(CompareKeysTest, IndexesByNameElseByWhatTheyAre) {
     EXPECT_EQ(ChangesAfter([](CModel& m) {
                   CModelIndex& index = UnnamedIndex(m);
                   index.name = "customerIX9";
-                  std::swap(index.columns[0], index.columns[1]);
+                  std::swap(index.columns.at(0), index.columns.at(1));
               }),
               (Strings{"Dropped|" + unnamed + "|||", "Added|table sales.customer index customerIX9|||"}));
     // Made unique, another index too.
@@ -614,7 +616,7 @@ TEST(CompareKeysTest, IndexesByNameElseByWhatTheyAre) {
     // Renamed with the same columns: the same index.
     EXPECT_EQ(ChangesAfter([](CModel& m) { IndexOf(m, "customer", "ix_customer_zip").name = "ix_zip"; }), Strings());
     // Two indexes whose names match are one index, whatever their columns.
-    EXPECT_EQ(ChangesAfter([](CModel& m) { IndexOf(m, "customer", "ix_customer_zip").columns[0].name = "balance"; }),
+    EXPECT_EQ(ChangesAfter([](CModel& m) { IndexOf(m, "customer", "ix_customer_zip").columns.at(0).name = "balance"; }),
               Strings{"Changed|table sales.customer index ix_customer_zip|columns|zip|balance"});
 }
 
@@ -623,8 +625,8 @@ TEST(CompareKeysTest, IndexStorageAndProperties) {
     EXPECT_EQ(ChangesAfter([](CModel& m) {
                   CModelIndex& index = IndexOf(m, "customer", "ux_customer_name");
                   index.storageSpace = "OTHER";
-                  index.storageParams[0] = 20;
-                  index.storageParams[4] = 3;
+                  index.storageParams.at(0) = 20;
+                  index.storageParams.at(4) = 3;
                   CModelProperty compressed;
                   compressed.propertyNo = 1;
                   compressed.valueNo = 3;
@@ -657,10 +659,10 @@ TEST(CompareForeignKeysTest, MatchedByTablesAndColumnsNotByName) {
                   Named(m.foreignKeys, "fk_billed_to").name = "fk_billed";
               }),
               Strings{"Changed|foreign key fk_billed_to of sales.invoice|name|fk_billed_to|fk_billed"});
-    EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.foreignKeys, "fk_paid_by").pairs[0].parentColumn = "name"; }),
+    EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.foreignKeys, "fk_paid_by").pairs.at(0).parentColumn = "name"; }),
               Strings{"Changed|" + paidBy + "|parent columns|id|name"});
     // Other child columns, another key.
-    EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.foreignKeys, "fk_billed_to").pairs[0].childColumn = "total"; }),
+    EXPECT_EQ(ChangesAfter([](CModel& m) { Named(m.foreignKeys, "fk_billed_to").pairs.at(0).childColumn = "total"; }),
               (Strings{"Dropped|foreign key fk_billed_to of sales.invoice|||",
                        "Added|foreign key fk_billed_to of sales.invoice|||"}));
     // Another parent table, another key.
@@ -702,7 +704,7 @@ TEST(CompareCatalogTest, UserDatatypesDefaultsAndRulesByName) {
                   zip.length = 9;
                   zip.scale = 1;
                   zip.ruleId = 0;
-                  zip.defaultId = m.defaults[0].id;
+                  zip.defaultId = m.defaults.at(0).id;
                   Named(m.defaults, "df_zero").text = "00";
                   Named(m.rules, "r_positive").text = "@v >= 0";
               }),
@@ -745,7 +747,7 @@ TEST(CompareCodeTest, TriggersProceduresAndPackagesByOwnerAndName) {
 
 TEST(ComparePartitionsTest, PartitionsOfTablesAndIndexesByName) {
     EXPECT_EQ(ChangesAfter([](CModel& m) {
-                  Named(m.partitions, "p_old").properties[0].text = "200";
+                  Named(m.partitions, "p_old").properties.at(0).text = "200";
                   Named(m.partitions, "ip_zip").name = "ip_post";
               }),
               (Strings{"Dropped|table sales.customer index ix_customer_zip partition ip_zip|||",
@@ -760,7 +762,7 @@ TEST(CompareStorageTest, TableStorageAndPropertiesAsSets) {
     EXPECT_EQ(ChangesAfter([](CModel& m) {
                   CModelTable& table = TableOf(m, "customer");
                   table.storageSpace = "USERDATA";
-                  table.storageParams[2] = -1;
+                  table.storageParams.at(2) = -1;
                   for (CModelProperty& property : table.properties)
                       if (property.propertyNo == 3) property.valueNo = 6, property.value = "NOLOGGING";
               }),
@@ -812,7 +814,7 @@ TEST(CompareOrderTest, TablesInBeforesOrderThenAddedWithEachTablesObjectsTogethe
     Named(after.foreignKeys, "fk_paid_by").onDelete = 'N';
     ColumnOf(after, "invoice", "total").width = 14;
     TableOf(after, "invoice").storageSpace = "DATA";
-    Named(after.partitions, "p_old").properties[0].text = "1";
+    Named(after.partitions, "p_old").properties.at(0).text = "1";
     ColumnOf(after, "customer", "name").width = 90;
     IndexOf(after, "customer", "ux_customer_name").clustered = true;
     EXPECT_EQ(Lines(CompareModels(Sales(), after)), (Strings{
@@ -870,13 +872,14 @@ TEST(CompareOptionsTest, EachSwitchLeavesOutItsOwnKindOnly) {
         {"columns (position)", &CCompareOptions::columns,
          [](CModel& m) {
              std::vector<CModelColumn>& columns = TableOf(m, "invoice").columns;
-             std::swap(columns[0], columns[2]);
+             std::swap(columns.at(0), columns.at(2));
          }},
         {"keys", &CCompareOptions::keysAndIndexes,
          [](CModel& m) { IndexOf(m, "customer", "ux_customer_name").unique = false; }},
         {"primary keys", &CCompareOptions::keysAndIndexes,
          [](CModel& m) { IndexOf(m, "customer", "pk_customer").clustered = true; }},
-        {"dropped primary key", &CCompareOptions::keysAndIndexes, [](CModel& m) { TableOf(m, "invoice").primaryKey = -1; }},
+        {"dropped primary key", &CCompareOptions::keysAndIndexes,
+         [](CModel& m) { TableOf(m, "invoice").primaryKey = -1; }},
         {"foreign keys", &CCompareOptions::foreignKeys,
          [](CModel& m) { Named(m.foreignKeys, "fk_paid_by").onDelete = 'N'; }},
         {"checks", &CCompareOptions::checks, [](CModel& m) { CheckOf(m, "total >= 0").name = "ck_other"; }},
@@ -891,8 +894,8 @@ TEST(CompareOptionsTest, EachSwitchLeavesOutItsOwnKindOnly) {
          [](CModel& m) { Named(m.partitions, "ip_zip").name = "ip_other"; }},
         {"storage", &CCompareOptions::storage, [](CModel& m) { TableOf(m, "customer").storageSpace = "OTHER"; }},
         {"index storage", &CCompareOptions::storage,
-         [](CModel& m) { IndexOf(m, "customer", "ix_customer_zip").storageParams[3] = 1; }},
-        {"storage objects", &CCompareOptions::storageObjects, [](CModel& m) { m.storageObjects[0].text = "x"; }},
+         [](CModel& m) { IndexOf(m, "customer", "ix_customer_zip").storageParams.at(3) = 1; }},
+        {"storage objects", &CCompareOptions::storageObjects, [](CModel& m) { m.storageObjects.at(0).text = "x"; }},
     };
     bool CCompareOptions::* const all[] = {&CCompareOptions::columns,       &CCompareOptions::keysAndIndexes,
                                           &CCompareOptions::foreignKeys,   &CCompareOptions::checks,

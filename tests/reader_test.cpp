@@ -92,6 +92,8 @@ TEST(TypeNamesTest, TypesReadAsTheirPlatformWritesThem) {
         {47, "VAR", 30, 0, "VARCHAR2(30)"},
         {44, "VBN", 16, 0, "VARCHAR(16) FOR BIT DATA"},
         {46, "DC", 7, 0, "DECIMAL(7)"},
+        {46, "DC", 7, 1, "DECIMAL(7,1)"},
+        {41, "VAR", 40, 1, "varchar(40)"},  // a scale is written only where the type takes one
         {48, "CHN", 4, 0, "GRAPHIC(4)"},
         {0, "INT", 10, 0, "INTEGER"},
         {60, "DBL", 0, 0, "DOUBLE PRECISION"},

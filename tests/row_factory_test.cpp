@@ -162,7 +162,7 @@ TEST(RowFactoryTest, RowsWrittenThroughTheFactoryReachTheSavedFile) {
     const auto rows = reader.Rows("Indexes");
     ASSERT_EQ(rows.size(), 1u);
     // Its row comes before the model's own rows, which come at save.
-    EXPECT_EQ(Fields(rows[0], "index_key key_type index_name row_seq"),
+    EXPECT_EQ(Fields(rows.at(0), "index_key key_type index_name row_seq"),
               "index_key=3 key_type=P index_name=XPKITEM row_seq=1");
     EXPECT_EQ(reader.Scalar("SELECT count(*) FROM NameSpace WHERE text = 'P'"), "1");
 }

@@ -268,7 +268,7 @@ TEST(CreateTable, NamesKeepTheirQualificationWithoutQuotes) {
     for (const auto& c : cases) {
         const std::vector<CStatementDecl> statements = Parse(c.sql);
         ASSERT_EQ(statements.size(), 1u) << c.sql;
-        const CQualifiedName& name = std::get<CTableDecl>(statements[0].declaration).name;
+        const CQualifiedName& name = std::get<CTableDecl>(statements.at(0).declaration).name;
         EXPECT_EQ(name.parts, c.parts) << c.sql;
         EXPECT_EQ(name.Owner(), c.owner) << c.sql;
     }
@@ -435,6 +435,8 @@ TEST(PhysicalOptions, OfTablesInOrderWithTheirStorageSpace) {
         // The storage space from TABLESPACE, ON or IN, qualified names joined by dots.
         {"unknown", "CREATE TABLE t (id INT) IN db1.ts1;", {"CREATE TABLE: t IN db1.ts1", "id INT"}},
         {"sqlserver", "CREATE TABLE t (id INT) ON [PRIMARY]", {"CREATE TABLE: t IN PRIMARY", "id INT"}},
+        // GO ends a batch only alone on its line; elsewhere it is a name.
+        {"sqlserver", "CREATE TABLE t (id INT, go INT)\nGO\n", {"CREATE TABLE: t", "id INT", "go INT"}},
         {"unknown", "CREATE TABLE t (id INT) TABLESPACE \"Data\";", {"CREATE TABLE: t IN Data", "id INT"}},
         // DB2 LUW: IN names the table's space; INDEX IN and LONG IN name others.
         {"db2", "CREATE TABLE t (id INT, doc CLOB) IN data_ts INDEX IN idx_ts LONG IN lob_ts;",
@@ -479,7 +481,7 @@ TEST(PhysicalOptions, HashPartitionsByNumberStopAtTheServersLimit) {
     const std::vector<CStatementDecl> statements =
         Parse("CREATE TABLE h (id NUMBER) PARTITION BY HASH (id) PARTITIONS 100000;", "oracle");
     ASSERT_EQ(statements.size(), 1u);
-    const CTableDecl& table = std::get<CTableDecl>(statements[0].declaration);
+    const CTableDecl& table = std::get<CTableDecl>(statements.at(0).declaration);
     ASSERT_EQ(table.partitions.size(), 4096u);
     EXPECT_EQ(table.partitions.back().name, "P4096");
 }

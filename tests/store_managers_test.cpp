@@ -178,8 +178,8 @@ TEST_F(ManagersTest, PartitionsGetKeysOfTheirOwn) {
     CModelFileReader reader(m_dir.File("parts.vrn"));
     const auto rows = reader.Rows("Partition", "partition_key");
     ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(Fields(rows[0], "owner_kind name"), "owner_kind=table name=P2024");
-    EXPECT_EQ(Fields(rows[1], "owner_kind int_arg"), "owner_kind=index int_arg=3");
+    EXPECT_EQ(Fields(rows.at(0), "owner_kind name"), "owner_kind=table name=P2024");
+    EXPECT_EQ(Fields(rows.at(1), "owner_kind int_arg"), "owner_kind=index int_arg=3");
     unsigned long third = 0;
     EXPECT_EQ(reopened->GetPropertyMgr()->InsertTablePartition(5, third, "P2025", 0), 1);
     EXPECT_EQ(third, 3u);
@@ -193,9 +193,9 @@ TEST_F(ManagersTest, PropertiesAreSavedInCallOrderWithNullForNoText) {
     CModelFileReader reader(m_dir.File("props.vrn"));
     const auto rows = reader.Rows("Property", "prop_seq");
     ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(Fields(rows[0], "owner_kind text"), "owner_kind=table text=NULL");
-    EXPECT_EQ(Fields(rows[1], "owner_kind text"), "owner_kind=attribute text=10");
-    EXPECT_EQ(Fields(rows[2], "owner_kind text int_arg"), "owner_kind=overflow text= int_arg=2");
+    EXPECT_EQ(Fields(rows.at(0), "owner_kind text"), "owner_kind=table text=NULL");
+    EXPECT_EQ(Fields(rows.at(1), "owner_kind text"), "owner_kind=attribute text=10");
+    EXPECT_EQ(Fields(rows.at(2), "owner_kind text int_arg"), "owner_kind=overflow text= int_arg=2");
     EXPECT_EQ(reader.Scalar("SELECT typeof(text) FROM Property WHERE prop_seq = 1"), "null");
     EXPECT_EQ(reader.Count("PropertyValue"), kPropertyValueCount);
 

@@ -225,7 +225,7 @@ TEST_F(DdlTest, HostileNamesAndTextsKeepTheScriptWhole) {
         options.code = options.checks = false;  // their texts cannot be written whole, and that is said
         EXPECT_EQ(Changes(CompareModels(model, back, options)), "") << script.text;
         ASSERT_EQ(back.tables.size(), 1u);
-        EXPECT_EQ(back.tables[0].name, "we;ird \"name] GO");
+        EXPECT_EQ(back.tables.at(0).name, "we;ird \"name] GO");
         EXPECT_NE(script.text.find("-- left out: procedure p"), npos) << script.text;
         EXPECT_NE(script.text.find("-- left out: check ck of we;ird"), npos) << script.text;
         EXPECT_TRUE(back.procedures.empty());
@@ -310,11 +310,11 @@ TEST_F(DdlTest, ModelsBuiltThroughTheBuilderComeBackFromTheirOwnScript) {
         }
         if (code == Platform("oracle")) {
             EXPECT_EQ(back.partitions.size(), 2u);
-            EXPECT_EQ(back.tables[0].properties.size(), 2u);  // logging and the partition column
-            EXPECT_EQ(back.tables[0].definition, "Orders as placed");
+            EXPECT_EQ(back.tables.at(0).properties.size(), 2u);  // logging and the partition column
+            EXPECT_EQ(back.tables.at(0).definition, "Orders as placed");
         }
         if (code == Platform("db2zos")) {
-            EXPECT_EQ(back.tables[0].indexes.back().properties.size(), 3u);  // storage group, buffer pool, close
+            EXPECT_EQ(back.tables.at(0).indexes.back().properties.size(), 3u);  // storage group, buffer pool, close
         }
     }
 }
@@ -526,7 +526,7 @@ TEST_F(DdlTest, NamesAndTextsInCommentsAndClausesStayInside) {
         CDdlScript script;
         const CModel back = RoundTrip(model, Platform(platform), &script);
         ASSERT_EQ(back.tables.size(), 1u) << script.text;
-        EXPECT_EQ(back.tables[0].name, "a\nDROP TABLE victim;\n--");
+        EXPECT_EQ(back.tables.at(0).name, "a\nDROP TABLE victim;\n--");
         EXPECT_EQ(m_skipped.count("DROP"), 0u) << platform << ":\n" << script.text;
     }
     EXPECT_EQ(RunInSqlite({"CREATE TABLE victim (x)", DdlFor(model, 0).text, "SELECT * FROM victim"}), "");
@@ -551,8 +551,8 @@ TEST_F(DdlTest, Db2PrimaryKeysKeepTheirIndexOptions) {
         "CREATE UNIQUE INDEX OWN1.IX1 ON OWN1.T1 (ID) USING STOGROUP SG1 PRIQTY 48 SECQTY 48 CLUSTER BUFFERPOOL BP2\n"
         " GBPCACHE CHANGED COPY YES DEFINE NO PCTFREE 10;\n"});
     ASSERT_EQ(model.tables.size(), 1u);
-    ASSERT_EQ(model.tables[0].indexes.size(), 1u);
-    EXPECT_EQ(model.tables[0].indexes[0].properties.size(), 5u);
+    ASSERT_EQ(model.tables.at(0).indexes.size(), 1u);
+    EXPECT_EQ(model.tables.at(0).indexes.at(0).properties.size(), 5u);
     CDdlScript script;
     const CModel back = RoundTrip(model, Platform("db2zos"), &script);
     EXPECT_EQ(Changes(CompareModels(model, back)), "") << script.text;
@@ -587,7 +587,7 @@ TEST_F(DdlTest, TypesReadBackToTheirCodes) {
         const CModel back = RoundTrip(model, Platform(platform), &script);
         ASSERT_EQ(back.tables.size(), 1u) << script.text;
         std::vector<std::string> codes;
-        for (const CModelColumn& column : back.tables[0].columns) codes.push_back(column.datatype);
+        for (const CModelColumn& column : back.tables.at(0).columns) codes.push_back(column.datatype);
         EXPECT_EQ(codes, (std::vector<std::string>{"SFL", "FLT", "DBL", "VAR", "VAN", "VAR"})) << script.text;
     }
     const std::string tsql = WriteDdl(model, CDdlOptions()).text;
@@ -624,8 +624,8 @@ TEST_F(DdlTest, KeysNamingColumnsTheModelLacksAreSaid) {
         "CREATE TABLE c (id int NOT NULL PRIMARY KEY, p_id int NULL REFERENCES p (id))\nGO\n"
         "CREATE INDEX ix_c ON c (p_id)\nGO\n"});
     ASSERT_EQ(model.tables.size(), 2u);
-    model.tables[0].indexes[0].columns[0].name.clear();
-    model.tables[1].indexes.back().columns[0].name.clear();
+    model.tables.at(0).indexes.at(0).columns.at(0).name.clear();
+    model.tables.at(1).indexes.back().columns.at(0).name.clear();
     model.foreignKeys.at(0).pairs.at(0).childColumn.clear();
     for (const int platform : {Platform("sqlserver"), 0}) {
         const CDdlScript script = DdlFor(model, platform);

@@ -226,8 +226,8 @@ TEST_F(ImportTest, TablesLikeAnotherTakeItsColumns) {
                             "e.entity_name = 'MY_TABLES'"),
               "0");
     ASSERT_EQ(m_report.warnings.size(), 1u);
-    EXPECT_NE(m_report.warnings[0].find("like TABLES, which the model does not hold"), std::string::npos)
-        << m_report.warnings[0];
+    EXPECT_NE(m_report.warnings.at(0).find("like TABLES, which the model does not hold"), std::string::npos)
+        << m_report.warnings.at(0);
 }
 
 TEST_F(ImportTest, OracleObjectTablesTakeTheirTypesAttributes) {
@@ -248,8 +248,9 @@ TEST_F(ImportTest, OracleObjectTablesTakeTheirTypesAttributes) {
               "users");
     EXPECT_EQ(reader.Count("Entity"), 2);  // strays, without columns
     ASSERT_EQ(m_report.warnings.size(), 1u);
-    EXPECT_NE(m_report.warnings[0].find("object type missing_t, which the script does not create"), std::string::npos)
-        << m_report.warnings[0];
+    EXPECT_NE(m_report.warnings.at(0).find("object type missing_t, which the script does not create"),
+              std::string::npos)
+        << m_report.warnings.at(0);
 }
 
 // What particular samples hold, as the saved model keeps it: a query of the

@@ -255,9 +255,10 @@ TEST_F(MigrationTest, DependentsMakeWayForAChangingKeyColumnAndComeBackAfter) {
     options.platform = Platform("db2");
     const CMigrationScript narrower = WriteMigration(wider, old, options);
     ASSERT_EQ(narrower.manualSteps.size(), 2u) << narrower.text;
-    EXPECT_NE(narrower.manualSteps[0].find("DB2 does not change column id of parent from VARCHAR(20) to VARCHAR(10)"),
-              std::string::npos)
-        << narrower.manualSteps[0];
+    EXPECT_NE(
+        narrower.manualSteps.at(0).find("DB2 does not change column id of parent from VARCHAR(20) to VARCHAR(10)"),
+        std::string::npos)
+        << narrower.manualSteps.at(0);
     EXPECT_EQ(narrower.text.find("SET DATA TYPE"), std::string::npos) << narrower.text;
 }
 

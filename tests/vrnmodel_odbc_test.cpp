@@ -276,10 +276,10 @@ CCatalogLines LinesOf(const CModel& model) {
 // the check of a column, and the function and procedure with their texts.
 void ExpectChecksAndCode(const CModel& model, const std::string& procedureText) {
     ASSERT_EQ(model.checks.size(), 1u);
-    EXPECT_EQ(model.checks[0].column, "salary");
-    std::string text = model.checks[0].text;  // MariaDB quotes the name with backquotes
+    EXPECT_EQ(model.checks.at(0).column, "salary");
+    std::string text = model.checks.at(0).text;  // MariaDB quotes the name with backquotes
     text.erase(std::remove(text.begin(), text.end(), '`'), text.end());
-    EXPECT_NE(text.find("salary >="), npos) << model.checks[0].text;
+    EXPECT_NE(text.find("salary >="), npos) << model.checks.at(0).text;
     std::vector<std::string> code;
     for (const CModelCode& procedure : model.procedures) {
         code.push_back(procedure.name);

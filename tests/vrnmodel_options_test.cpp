@@ -167,12 +167,12 @@ TEST_F(OptionTest, HashPartitionsByCountAreNamedInOrder) {
 
 TEST_F(OptionTest, StorageSpacesOfTablesIndexesAndDb2Tables) {
     const CModel& oracle = Import(47, "CREATE TABLE T (A NUMBER) TABLESPACE USERS;\nCREATE INDEX I ON T (A) TABLESPACE IDX;");
-    EXPECT_EQ(oracle.tables[0].storageSpace, "USERS");
-    EXPECT_EQ(oracle.tables[0].indexes[0].storageSpace, "IDX");
+    EXPECT_EQ(oracle.tables.at(0).storageSpace, "USERS");
+    EXPECT_EQ(oracle.tables.at(0).indexes.at(0).storageSpace, "IDX");
     const CModel& db2 = Import(46, "CREATE TABLE T (A INT) IN DB1.TS1;");
-    EXPECT_EQ(db2.tables[0].storageSpace, "DB1.TS1");
+    EXPECT_EQ(db2.tables.at(0).storageSpace, "DB1.TS1");
     const CModel& sqlServer = Import(41, "create table t (a int) on [SECONDARY]\ngo\n");
-    EXPECT_EQ(sqlServer.tables[0].storageSpace, "SECONDARY");
+    EXPECT_EQ(sqlServer.tables.at(0).storageSpace, "SECONDARY");
 }
 
 }  // namespace

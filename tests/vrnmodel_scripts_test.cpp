@@ -121,10 +121,10 @@ TEST(SqlLexerTest, ReadsEveryQuotingAndDropsComments) {
     for (const CToken& token : tokens) texts.push_back(token.text);
     EXPECT_EQ(texts, (std::vector<std::string>{"select", "a b", ",", "c\"d", ",", "e", ",", "it's", ",", "nat", "64K",
                                                "1.5e3", ";"}));
-    EXPECT_EQ(tokens[1].kind, CTokenKind::QuotedIdent);
-    EXPECT_EQ(tokens[9].kind, CTokenKind::String);
-    EXPECT_EQ(tokens[10].line, 2);
-    EXPECT_TRUE(tokens[10].firstOnLine);
+    EXPECT_EQ(tokens.at(1).kind, CTokenKind::QuotedIdent);
+    EXPECT_EQ(tokens.at(9).kind, CTokenKind::String);
+    EXPECT_EQ(tokens.at(10).line, 2);
+    EXPECT_TRUE(tokens.at(10).firstOnLine);
 }
 
 TEST(SqlLexerTest, UnterminatedTextEndsWithTheScript) {
@@ -137,9 +137,9 @@ TEST(SqlLexerTest, UnterminatedTextEndsWithTheScript) {
 TEST(SqlScriptTest, LineCommandsEndWithTheirLine) {
     const CSqlScript script = SplitScript("SET CURRENT SQLID='ADMIN';\nCREATE TABLE t (a INT);\n~\nCOMMIT;\n");
     ASSERT_EQ(script.statements.size(), 3u);
-    EXPECT_TRUE(script.statements[0].lineCommand);
-    EXPECT_FALSE(script.statements[1].lineCommand);
-    EXPECT_EQ(script.statements[1].line, 2);
+    EXPECT_TRUE(script.statements.at(0).lineCommand);
+    EXPECT_FALSE(script.statements.at(1).lineCommand);
+    EXPECT_EQ(script.statements.at(1).line, 2);
 }
 
 TEST(SqlScriptTest, TemplateTagsAreReplaced) {
