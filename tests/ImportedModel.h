@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,13 @@ struct CImported {
     CImportReport report;
 };
 
-inline int PlatformCode(const char* name) { return FindPlatformByName(name)->code; }
+// The code of a platform named as the command line names it; a name the
+// table does not know fails the test rather than crashing it.
+inline int PlatformCode(const char* name) {
+    const CPlatformInfo* platform = FindPlatformByName(name);
+    if (!platform) throw std::runtime_error(std::string("no platform named ") + name);
+    return platform->code;
+}
 
 // One line per change, as a user reads them; "" for equal models.
 inline std::string Described(const std::vector<CModelChange>& changes) {

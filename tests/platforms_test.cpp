@@ -154,7 +154,9 @@ TEST(PlatformTableTest, CommandLineNamesFindTheirPlatform) {
     };
     for (const auto& [name, code] : names) {
         ASSERT_NE(FindPlatformByName(name), nullptr) << name;
-        EXPECT_EQ(FindPlatformByName(name)->code, code) << name;
+        const CPlatformInfo* platform = FindPlatformByName(name);
+        ASSERT_NE(platform, nullptr) << name;
+        EXPECT_EQ(platform->code, code) << name;
     }
     for (const char* unknown : {"", "oracle 8", "db", "db2 ", "Oracle 9i", "postgres"})
         EXPECT_EQ(FindPlatformByName(unknown), nullptr) << unknown;

@@ -117,7 +117,7 @@ TEST(ServerPlatforms, TheDriversNameAndVersionGiveThePlatformCode) {
         {"SQLite", "3.40.1", ""},
     };
     for (const auto& c : cases) {
-        const int expected = *c.platform ? FindPlatformByName(c.platform)->code : 0;
+        const int expected = *c.platform ? PlatformCode(c.platform) : 0;
         EXPECT_EQ(PlatformOfServer(c.name, c.version), expected) << c.name << " " << c.version;
     }
     EXPECT_EQ(PlatformOfServer("Informix", "12.10"), 6);  // Informix ONLINE, the table's only Informix with a name
