@@ -1,9 +1,13 @@
 #include "Dialect.h"
 
+#include "OptionKeywords.h"
 #include "SqlLexer.h"
+#include "SqlScript.h"
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
+#include <set>
 #include <vector>
 
 namespace {
@@ -147,4 +151,17 @@ CDialect DialectOfPlatform(int platform, bool guessed) {
     dialect.platform = platform;
     dialect.guessed = guessed;
     return dialect;
+}
+
+std::vector<std::string> DialectKeywords() {
+    std::vector<std::string> words(std::begin(kReservedWords), std::end(kReservedWords));
+    AppendScriptWords(words);
+    for (const COptionKeyword* table : {kTableOptions, kIndexOptions, kPartitionOptions, kStorageOptions})
+        for (const COptionKeyword* option = table; option->words; ++option) words.push_back(option->words);
+    for (int i = 0; i < kDatatypeNameCount; ++i) words.push_back(kDatatypeNames[i].name);
+    std::set<std::string> seen;
+    std::vector<std::string> once;
+    for (const std::string& word : words)
+        if (seen.insert(UpperAscii(word)).second) once.push_back(UpperAscii(word));
+    return once;
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <VrnIntf.h>
 
@@ -38,3 +39,9 @@ int GuessPlatform(const std::string& text);
 // The dialect a script is written in when it is one the platform table has
 // no platform for (two different signs of it), with the signs found; null otherwise.
 const char* ForeignDialect(const std::string& text, std::string& signs);
+
+// Every word the dialect layer's tables know, each once, in upper case:
+// reserved words, the words that cut scripts, storage and index option
+// keywords, and the datatype names of every platform. A fuzzer's dictionary
+// is made of them.
+std::vector<std::string> DialectKeywords();

@@ -94,27 +94,30 @@ private:
 };
 
 // Commands of the client tools, ended by their line rather than by a terminator.
+const char* const kLineCommands[] = {"SET",     "SPOOL",    "CONNECT",  "CONN",    "DEFINE",    "UNDEFINE",
+                                     "WHENEVER", "EXIT",    "QUIT",     "PAUSE",   "ACCEPT",    "COLUMN",
+                                     "TTITLE",  "BTITLE",   "BREAK",    "COMPUTE", "CLEAR",     "SHOW",
+                                     "DESCRIBE", "HOST",    "START",    "USE",     "TERMINATE", "CHECKPOINT",
+                                     "VARIABLE", "PRINT",   "STORE",    "ECHO"};
+
+// T-SQL statements that may start a new statement on a new line without a
+// terminator before them.
+const char* const kStatementStarts[] = {"CREATE",  "ALTER",     "EXEC",   "EXECUTE", "INSERT",     "UPDATE",
+                                        "DELETE",  "GRANT",     "REVOKE", "DROP",    "USE",        "DECLARE",
+                                        "SELECT",  "PRINT",     "RAISERROR", "IF",   "SET",        "CHECKPOINT",
+                                        "TRUNCATE", "DENY",     "COMMIT"};
+
 bool IsLineCommand(const CToken& token) {
-    static const char* const kCommands[] = {"SET",     "SPOOL",   "CONNECT", "CONN",   "DEFINE",  "UNDEFINE",
-                                            "WHENEVER", "EXIT",   "QUIT",    "PAUSE",  "ACCEPT",  "COLUMN",
-                                            "TTITLE",  "BTITLE",  "BREAK",   "COMPUTE", "CLEAR",  "SHOW",
-                                            "DESCRIBE", "HOST",   "START",   "USE",    "TERMINATE", "CHECKPOINT",
-                                            "VARIABLE", "PRINT",  "STORE",   "ECHO"};
     if (!token.firstOnLine) return false;
     if (token.IsSymbol('@')) return true;
-    for (const char* command : kCommands)
+    for (const char* command : kLineCommands)
         if (token.IsWord(command)) return true;
     return false;
 }
 
-// T-SQL statements that may start a new statement on a new line without a
-// terminator before them.
 bool StartsStatement(const CToken& token) {
-    static const char* const kStarts[] = {"CREATE", "ALTER",  "EXEC",   "EXECUTE", "INSERT",  "UPDATE", "DELETE",
-                                          "GRANT",  "REVOKE", "DROP",   "USE",     "DECLARE", "SELECT", "PRINT",
-                                          "RAISERROR", "IF",  "SET",    "CHECKPOINT", "TRUNCATE", "DENY", "COMMIT"};
     if (token.kind != CTokenKind::Word) return false;
-    for (const char* word : kStarts)
+    for (const char* word : kStatementStarts)
         if (token.IsWord(word)) return true;
     return token.text.size() > 3 && AfxCompareNoCase(token.text.substr(0, 3).c_str(), "sp_") == 0;
 }
@@ -359,4 +362,9 @@ CSqlScript SplitScript(const std::string& original, bool transactSql) {
     script.usesGo = style.usesGo;
     script.usesSlash = style.usesSlash;
     return script;
+}
+
+void AppendScriptWords(std::vector<std::string>& words) {
+    words.insert(words.end(), std::begin(kLineCommands), std::end(kLineCommands));
+    words.insert(words.end(), std::begin(kStatementStarts), std::end(kStatementStarts));
 }

@@ -44,3 +44,7 @@ using CStatementSink = std::function<void(const CSqlStatement& statement, const 
 void ForEachStatement(const std::string& text, bool transactSql, const CStatementSink& each);
 // Every statement of a script at once, as ForEachStatement cuts them.
 CSqlScript SplitScript(const std::string& text, bool transactSql = false);
+
+// The words that cut a script: client commands ended by their line, and the
+// T-SQL statements that start a new statement without a terminator.
+void AppendScriptWords(std::vector<std::string>& words);
