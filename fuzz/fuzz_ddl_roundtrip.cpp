@@ -3,8 +3,6 @@
 // spelling, written as DDL for their own platform and imported again. When
 // the writer said nothing was left out, the imported model must equal the
 // one written, object by object.
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -21,6 +19,7 @@
 #include "Dialect.h"
 #include "DdlWriter.h"
 #include "FuzzCheck.h"
+#include "FuzzScratch.h"
 #include "SqlLexer.h"
 
 namespace {
@@ -150,12 +149,6 @@ void Build(CVrnAPI& builder, int platform, CInput& in) {
     }
 }
 
-const std::string& ScratchPath(const char* what) {
-    static const std::string base = "/tmp/vrn-fuzz-roundtrip-" + std::to_string(::getpid());
-    static const std::string written = base + "-written.vrn", read = base + "-read.vrn";
-    return what[0] == 'w' ? written : read;
-}
-
 CModel SaveAndRead(CVrnAPI& builder, const std::string& path) {
     builder.SaveToFile(path.c_str());
     CModel model;
@@ -175,7 +168,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         CVrnAPI builder;
         FUZZ_CHECK(builder.Initialize(platform, nullptr) == 1);
         Build(builder, platform, in);
-        written = SaveAndRead(builder, ScratchPath("written"));
+        static const CFuzzScratchFile scratch("roundtrip-written");
+        written = SaveAndRead(builder, scratch.Path());
     }
     CDdlOptions options;
     options.platform = platform;
@@ -186,7 +180,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CDdlImporter importer(builder, report);
     importer.ImportScript("written.sql", script.text);
     importer.Finish();
-    const CModel read = SaveAndRead(builder, ScratchPath("read"));
+    static const CFuzzScratchFile scratch("roundtrip-read");
+    const CModel read = SaveAndRead(builder, scratch.Path());
     if (!script.warnings.empty()) return 0;
     const std::vector<CModelChange> changes = CompareModels(written, read);
     if (!changes.empty()) {

@@ -2,34 +2,26 @@
 // A file that reads must equal itself, and the DDL writer and the migration
 // writer must take whatever such a file holds, names and numbers the builder
 // would never have written among them.
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <string>
 
 #include <VrnReader.h>
 
 #include "DdlWriter.h"
 #include "FuzzCheck.h"
+#include "FuzzScratch.h"
 #include "MigrationWriter.h"
 
 namespace {
 
-const std::string& ScratchPath() {
-    static const std::string path = "/tmp/vrn-fuzz-read-" + std::to_string(::getpid()) + ".vrn";
-    return path;
-}
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string& path = ScratchPath();
-    std::FILE* out = std::fopen(path.c_str(), "wb");
-    if (!out) return 0;
-    std::fwrite(data, 1, size, out);
-    std::fclose(out);
+    static const CFuzzScratchFile scratch("read");
+    if (!scratch.Write(data, size)) return 0;
+    const std::string& path = scratch.Path();
     CModel model;
     std::string error;
     if (!ReadModelFile(path, model, error)) {
