@@ -9,12 +9,15 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "DdlParser.h"
+#include "Dialect.h"
+#include "SqlLexer.h"
 
 namespace {
 
@@ -805,6 +808,20 @@ TEST(Statements, TerminatorsOfEachStyleOfScript) {
          {"CREATE TABLE: t", "id INT", "CREATE PROCEDURE: procedure p",
           "CREATE PROCEDURE p () BEGIN DECLARE x INT; SET x = 1; END", "CREATE INDEX: ix ON t (id)"}},
     });
+}
+
+// The words a fuzzer splices into scripts come from every table the dialect
+// layer reads scripts by, once each, as words are compared: in upper case.
+TEST(Statements, TheDialectKeywordsHoldEveryTablesWordsOnce) {
+    const std::vector<std::string> words = DialectKeywords();
+    const std::set<std::string> once(words.begin(), words.end());
+    EXPECT_EQ(once.size(), words.size());
+    for (const std::string& word : words) EXPECT_EQ(word, UpperAscii(word));
+    // A reserved word, a client command, a T-SQL statement start, a table,
+    // an index and a storage option, datatype names of T-SQL and Oracle.
+    for (const char* word : {"ROWNUM", "SPOOL", "RAISERROR", "PCTFREE", "BUFFERPOOL", "MAXEXTENTS", "UNIQUEIDENTIFIER",
+                             "VARCHAR2"})
+        EXPECT_EQ(once.count(word), 1u) << word;
 }
 
 }  // namespace
