@@ -8,16 +8,16 @@
 #include <cstdint>
 #include <cstdio>
 #include <set>
-#include <utility>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <VrnIntf.h>
 #include <VrnReader.h>
 
 #include "DdlImporter.h"
-#include "Dialect.h"
 #include "DdlWriter.h"
+#include "Dialect.h"
 #include "FuzzCheck.h"
 #include "FuzzScratch.h"
 #include "SqlLexer.h"
@@ -184,9 +184,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const CModel read = SaveAndRead(builder, scratch.Path());
     if (!script.warnings.empty()) return 0;
     const std::vector<CModelChange> changes = CompareModels(written, read);
-    if (!changes.empty()) {
-
-    }
     if (!changes.empty()) {
         std::fprintf(stderr, "%s\n", script.text.c_str());
         for (const CModelChange& change : changes) std::fprintf(stderr, "%s\n", change.Describe().c_str());

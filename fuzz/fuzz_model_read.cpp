@@ -13,11 +13,6 @@
 #include "FuzzScratch.h"
 #include "MigrationWriter.h"
 
-namespace {
-
-
-}  // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const CFuzzScratchFile scratch("read");
     if (!scratch.Write(data, size)) return 0;
