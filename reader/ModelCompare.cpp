@@ -76,6 +76,10 @@ std::string OwnedKey(const std::string& owner, const std::string& name) {
     return Upper(TrimRight(owner)) + '\x1f' + Upper(name);
 }
 
+// A name as the key objects pair by. An empty name is a name too: a column
+// or a default without one is still the same object in both models.
+std::string NameKey(const std::string& name) { return '\x1f' + Upper(name); }
+
 std::string YesNo(bool value) { return value ? "yes" : "no"; }
 
 std::string Action(char action) {
@@ -414,8 +418,8 @@ private:
         const std::vector<const CModelColumn*> beforeColumns = All(before.columns), afterColumns = All(after.columns);
         CPairing pairing(beforeColumns.size(), afterColumns.size());
         std::vector<CKeyed> beforeKeys, afterKeys;
-        for (const CModelColumn* column : beforeColumns) beforeKeys.push_back({Upper(column->name), ""});
-        for (const CModelColumn* column : afterColumns) afterKeys.push_back({Upper(column->name), ""});
+        for (const CModelColumn* column : beforeColumns) beforeKeys.push_back({NameKey(column->name), ""});
+        for (const CModelColumn* column : afterColumns) afterKeys.push_back({NameKey(column->name), ""});
         Pair(beforeKeys, afterKeys, pairing);
         // The paired columns' places in `after`, in `before`'s order: those
         // off its longest increasing run have moved.
@@ -596,7 +600,7 @@ private:
     void Partitions(const CObject& owner, const std::vector<int>& before, const std::vector<int>& after,
                     const CModelTable& beforeTable, const CModelTable& afterTable) {
         Match(Picked(m_before->partitions, before), Picked(m_after->partitions, after),
-              [](const CModelPartition& partition) { return CKeyed{Upper(partition.name), ""}; },
+              [](const CModelPartition& partition) { return CKeyed{NameKey(partition.name), ""}; },
               [&](const CModelPartition& partition) {
                   return CObject{owner.table, owner.object + " partition " + partition.name};
               },
@@ -610,7 +614,7 @@ private:
         const auto named = [](const char* kind) {
             return [kind](const CModelNamedText& object) { return CObject{"", std::string(kind) + " " + object.name}; };
         };
-        const auto byName = [](const CModelNamedText& object) { return CKeyed{Upper(object.name), ""}; };
+        const auto byName = [](const CModelNamedText& object) { return CKeyed{NameKey(object.name), ""}; };
         Match(All(m_before->defaults), All(m_after->defaults), byName, named("default"),
               [&](const CModelNamedText& b, const CModelNamedText& a, std::size_t, std::size_t) {
                   CodeText(named("default")(b), "text", b.text, a.text);
@@ -621,7 +625,7 @@ private:
               });
         const auto userDatatype = [](const CModelUserDatatype& type) { return CObject{"", "user datatype " + type.name}; };
         Match(All(m_before->userDatatypes), All(m_after->userDatatypes),
-              [](const CModelUserDatatype& type) { return CKeyed{Upper(type.name), ""}; }, userDatatype,
+              [](const CModelUserDatatype& type) { return CKeyed{NameKey(type.name), ""}; }, userDatatype,
               [&](const CModelUserDatatype& b, const CModelUserDatatype& a, std::size_t, std::size_t) {
                   const CObject object = userDatatype(b);
                   Text(object, "datatype", b.datatype, a.datatype);

@@ -423,6 +423,24 @@ TEST(CompareEqualTest, LetterCaseOfNamesDoesNotMatter) {
     EXPECT_EQ(Lines(CompareModels(Sales(), both)), Strings());
 }
 
+// A model holds what its builder was given, empty names among them (a
+// catalog reader's slip, or a damaged file): such a model still equals
+// itself, object for object.
+TEST(CompareEqualTest, ObjectsWithoutANameEqualThemselves) {
+    CModel model = Sales();
+    ColumnOf(model, "customer", "zip").name = "";
+    for (auto* named : {&model.defaults.at(0), &model.rules.at(0)}) named->name = "";
+    model.userDatatypes.at(0).name = "";
+    ASSERT_FALSE(model.partitions.empty());
+    model.partitions.at(0).name = "";
+    EXPECT_EQ(Lines(CompareModels(model, model)), Strings());
+    // And an unnamed column is still told from one that is gone.
+    CModel without = model;
+    std::vector<CModelColumn>& columns = TableOf(without, "customer").columns;
+    columns.erase(std::find_if(columns.begin(), columns.end(), [](const CModelColumn& c) { return c.name.empty(); }));
+    EXPECT_EQ(Lines(CompareModels(model, without)), Strings{"Dropped|table sales.customer column |||"});
+}
+
 TEST(CompareEqualTest, LayoutOfTextsAndPaddingOfOwnersDoNotMatter) {
     EXPECT_EQ(ChangesAfter([](CModel& m) {
                   for (CModelTable& table : m.tables) table.owner += "   ";  // as some catalogs pad them
