@@ -8,9 +8,9 @@ fuzz_targets=(sql_tokens ddl_parse ddl_import ddl_roundtrip model_open model_rea
 fuzz_fast_targets=(sql_tokens ddl_parse)
 
 # AddressSanitizer keeps freed memory from reuse for a while to catch late
-# uses; 16 MiB of it (rather than 256) still catches a use right after a free
-# and makes the builder targets half again as fast.
-export ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=1:quarantine_size_mb=16
+# uses; 8 MiB of it (rather than 256) still catches a use soon after a free
+# and makes the builder targets about half again as fast.
+export ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=1:quarantine_size_mb=8
 
 fuzz_build() {
   CC=clang CXX=clang++ cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVRN_FUZZ=ON -DVRN_WERROR=ON \
