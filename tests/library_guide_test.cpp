@@ -1,0 +1,366 @@
+// The library guide's examples, compiled from the guide itself (the build
+// copies its C++ blocks into library_guide_examples.inc), run, and checked
+// against what the guide's text says they do, in the saved file.
+#include <gtest/gtest.h>
+
+#include <VrnIntf.h>
+#include <VrnReader.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "ModelFileReader.h"
+
+// The guide's headers are included above, so its own #include lines do nothing here.
+namespace {
+#include "library_guide_examples.inc"
+}  // namespace
+
+namespace {
+
+const CModelTable* Table(const CModel& model, const std::string& name) {
+    for (const CModelTable& table : model.tables)
+        if (table.name == name) return &table;
+    return nullptr;
+}
+
+const CModelColumn* Column(const CModelTable& table, const std::string& name) {
+    for (const CModelColumn& column : table.columns)
+        if (column.name == name) return &column;
+    return nullptr;
+}
+
+const CModelIndex* Index(const CModelTable& table, const std::string& name) {
+    for (const CModelIndex& index : table.indexes)
+        if (index.name == name) return &index;
+    return nullptr;
+}
+
+// "name=value" for each property, with ":text" when it carries one.
+std::vector<std::string> Properties(const std::vector<CModelProperty>& properties) {
+    std::vector<std::string> out;
+    for (const CModelProperty& property : properties)
+        out.push_back(property.name + "=" + property.value + (property.hasText ? ":" + property.text : ""));
+    return out;
+}
+
+bool Has(const std::vector<std::string>& list, const std::string& item) {
+    for (const std::string& entry : list)
+        if (entry == item) return true;
+    return false;
+}
+
+std::vector<std::string> Messages(CStringList& list) {
+    std::vector<std::string> out;
+    for (POSITION pos = list.GetHeadPosition(); pos;) out.push_back(list.GetNext(pos).GetString());
+    return out;
+}
+
+// A builder for one platform that the examples describe into, then save.
+class GuideExampleTest : public ::testing::Test {
+protected:
+    CModel Save(CVrnAPI& builder) {
+        const std::string path = m_dir.File("model.vrn");
+        builder.SaveToFile(path.c_str());
+        EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
+        CModel model;
+        std::string error;
+        EXPECT_TRUE(ReadModelFile(path, model, error)) << error;
+        return model;
+    }
+
+    CScratchDir m_dir;
+};
+
+TEST_F(GuideExampleTest, TheFirstModelHasTwoTablesAndTheirRelationship) {
+    const std::string path = m_dir.File("orders.vrn");
+    ASSERT_TRUE(SaveOrderModel(path.c_str()));
+    CModel model;
+    std::string error;
+    ASSERT_TRUE(ReadModelFile(path, model, error)) << error;
+    EXPECT_EQ(model.product, "Order catalog reader 1.0");
+    EXPECT_EQ(model.modelName, "Orders");
+    EXPECT_EQ(model.diagramName, "Main diagram");
+    ASSERT_EQ(model.tables.size(), 2u);
+    const CModelTable* orders = Table(model, "ORDERS");
+    ASSERT_NE(orders, nullptr);
+    EXPECT_EQ(orders->owner, "dbo");
+    const CModelColumn* total = Column(*orders, "TOTAL");
+    ASSERT_NE(total, nullptr);
+    EXPECT_EQ(total->datatype, "DC");
+    EXPECT_EQ(total->width, 12);
+    EXPECT_EQ(total->scale, 2);
+    EXPECT_TRUE(total->nullable);
+    EXPECT_FALSE(Column(*orders, "CUSTOMER_ID")->nullable);
+    ASSERT_GE(orders->primaryKey, 0);
+    EXPECT_EQ(orders->indexes[orders->primaryKey].name, "PK_ORDERS");
+
+    ASSERT_EQ(model.foreignKeys.size(), 1u);
+    const CModelForeignKey& placedBy = model.foreignKeys[0];
+    EXPECT_EQ(placedBy.name, "FK_ORDERS_CUSTOMER");
+    EXPECT_EQ(model.tables[placedBy.parentTable].name, "CUSTOMER");
+    EXPECT_EQ(model.tables[placedBy.childTable].name, "ORDERS");
+    // CUSTOMER_ID is not part of the order's primary key.
+    EXPECT_FALSE(placedBy.identifying);
+    ASSERT_EQ(placedBy.pairs.size(), 1u);
+    EXPECT_EQ(placedBy.pairs[0].parentColumn, "CUSTOMER_ID");
+}
+
+TEST_F(GuideExampleTest, AFailedSaveIsReportedAndWritesNothing) {
+    const std::string path = m_dir.File("missing/orders.vrn");
+    EXPECT_FALSE(SaveOrderModel(path.c_str()));
+    EXPECT_TRUE(m_dir.Entries().empty());
+}
+
+TEST_F(GuideExampleTest, AContinuedModelKeepsItsTablesAndCannotFindThem) {
+    const std::string path = m_dir.File("orders.vrn");
+    ASSERT_TRUE(SaveOrderModel(path.c_str()));
+    ASSERT_TRUE(AddAuditTable(path.c_str()));
+    CModel model;
+    std::string error;
+    ASSERT_TRUE(ReadModelFile(path, model, error)) << error;
+    ASSERT_EQ(model.tables.size(), 3u);
+    EXPECT_EQ(model.tables[2].name, "AUDIT_LOG");
+    EXPECT_EQ(model.foreignKeys.size(), 1u);
+    // Keys continue after the file's own.
+    EXPECT_GT(model.tables[2].key, model.tables[1].key);
+
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(41, path.c_str()), 1);
+    EXPECT_EQ(builder.FindEntity("CUSTOMER", "dbo", 0), 0u);
+}
+
+TEST_F(GuideExampleTest, ContinuingAFileThatIsNotAModelFails) {
+    const std::string path = m_dir.File("notes.txt");
+    WriteBytes(path, "not a model");
+    EXPECT_FALSE(AddAuditTable(path.c_str()));
+    EXPECT_EQ(ReadBytes(path), "not a model");
+}
+
+TEST_F(GuideExampleTest, TablesAreFoundByNameAndViewsAreLeftOutOfTheFile) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+    DescribeTablesAndViews(builder);
+    const unsigned long product = builder.FindEntity("product", "SALES", 0);
+    EXPECT_NE(product, 0u);
+    EXPECT_EQ(builder.FindEntity("product", nullptr, 0), product);
+    EXPECT_EQ(builder.FindEntity("product", "HR", 0), 0u);
+    const unsigned long cheap = builder.FindEntity("CHEAP_PRODUCT", nullptr, 0);
+    EXPECT_EQ(builder.IsEntityView(cheap), 1);
+    EXPECT_EQ(builder.IsEntityView(product), 0);
+
+    const CModel model = Save(builder);
+    ASSERT_EQ(model.tables.size(), 1u);
+    EXPECT_EQ(model.tables[0].name, "PRODUCT");
+    EXPECT_EQ(model.tables[0].definition, "Everything the shop sells.");
+}
+
+TEST_F(GuideExampleTest, TableOptionsLandInSlotsAndProperties) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+    DescribeTableOptions(builder);
+    const CModel model = Save(builder);
+    const CModelTable* history = Table(model, "ORDER_HISTORY");
+    ASSERT_NE(history, nullptr);
+    EXPECT_EQ(history->storageSpace, "SALES_DATA");
+    EXPECT_EQ(history->storageParams[2], 1024);  // INITIAL: slot 3
+    EXPECT_EQ(history->storageParams[4], 20);    // PCTFREE: slot 5
+    const std::vector<std::string> properties = Properties(history->properties);
+    EXPECT_TRUE(Has(properties, "Initial Transactions=INITRANS:4")) << ::testing::PrintToString(properties);
+    EXPECT_TRUE(Has(properties, "Logging=NOLOGGING")) << ::testing::PrintToString(properties);
+    EXPECT_TRUE(Has(properties, "Buffer Pool=KEEP")) << ::testing::PrintToString(properties);
+}
+
+TEST_F(GuideExampleTest, ColumnsGetTheModelsDatatypesAndTheirTexts) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+    DescribeColumns(builder);
+    const CModel model = Save(builder);
+    const CModelTable* account = Table(model, "ACCOUNT");
+    ASSERT_NE(account, nullptr);
+    struct CExpected {
+        const char* name;
+        const char* datatype;
+        int width, scale;
+        bool nullable;
+    };
+    const CExpected expected[] = {
+        {"ACCOUNT_NO", "NUM", 12, 0, false}, {"HOLDER", "VAR", 60, 0, false}, {"OPENED", "D", 10, 0, true},
+        {"BALANCE", "NUM", 0, 0, true},      {"NOTES", "DTX", 10, 0, true},   {"STATUS", "CH", 1, 0, false},
+    };
+    for (const CExpected& want : expected) {
+        const CModelColumn* column = Column(*account, want.name);
+        ASSERT_NE(column, nullptr) << want.name;
+        EXPECT_EQ(column->datatype, want.datatype) << want.name;
+        EXPECT_EQ(column->width, want.width) << want.name;
+        EXPECT_EQ(column->scale, want.scale) << want.name;
+        EXPECT_EQ(column->nullable, want.nullable) << want.name;
+    }
+    EXPECT_EQ(Column(*account, "NOTES")->definition, "Free text from the branch.");
+    EXPECT_EQ(Column(*account, "STATUS")->defaultText, "'O'");
+    const std::vector<std::string> serial = Properties(Column(*account, "SERIAL")->properties);
+    EXPECT_TRUE(Has(serial, "Generated Always=GENERATED ALWAYS")) << ::testing::PrintToString(serial);
+    EXPECT_TRUE(Has(serial, "Identity Start=START WITH:1000")) << ::testing::PrintToString(serial);
+}
+
+TEST_F(GuideExampleTest, AnUnknownOrSizedDatatypeNameGivesTheDefaultDatatype) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+    const unsigned long table = builder.AddEntity("T", nullptr, 0, 0);
+    builder.AddAttribute(table, "SIZED", "VARCHAR(40)", -1, -1, 1, 0);
+    const CModel model = Save(builder);
+    const CModelColumn* sized = Column(model.tables[0], "SIZED");
+    ASSERT_NE(sized, nullptr);
+    EXPECT_EQ(sized->datatype, "CH");
+    EXPECT_EQ(sized->width, 10);
+}
+
+TEST_F(GuideExampleTest, KeysAndIndexesKeepTheirColumnsAndOptions) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+    DescribeKeysAndIndexes(builder);
+    const unsigned long line = builder.FindEntity("ORDER_LINE", nullptr, 0);
+    EXPECT_EQ(builder.AddPrimaryKey(line, "PK_SECOND"), nullptr);
+    EXPECT_EQ(builder.AddIndexColumn(builder.GetPrimaryKeyIndexId(line), "NO_SUCH_COLUMN", 3, 0), 0);
+    const CModel model = Save(builder);
+    const CModelTable* table = Table(model, "ORDER_LINE");
+    ASSERT_NE(table, nullptr);
+    ASSERT_GE(table->primaryKey, 0);
+    const CModelIndex& primaryKey = table->indexes[table->primaryKey];
+    EXPECT_EQ(primaryKey.name, "PK_ORDER_LINE");
+    ASSERT_EQ(primaryKey.columns.size(), 2u);
+    EXPECT_EQ(primaryKey.columns[1].name, "LINE_NO");
+    const CModelIndex* byProduct = Index(*table, "UX_LINE_PRODUCT");
+    ASSERT_NE(byProduct, nullptr);
+    EXPECT_TRUE(byProduct->unique);
+    ASSERT_EQ(byProduct->columns.size(), 2u);
+    EXPECT_FALSE(byProduct->columns[0].descending);
+    EXPECT_TRUE(byProduct->columns[1].descending);
+    EXPECT_EQ(byProduct->storageSpace, "SALES_IDX");
+    EXPECT_EQ(byProduct->storageParams[4], 10);
+}
+
+TEST_F(GuideExampleTest, AForeignKeyWaitsForItsParentAndAMissingParentIsReported) {
+    AfxSetResourceString(kHostTextParentNotFound, "Parent table %1 was not found.");
+    AfxSetResourceString(kHostTextForeignKeyNotAdded, "Foreign key %1 was not added.");
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+    CStringList messages;
+    DescribeForeignKeys(builder, messages);
+    EXPECT_EQ(Messages(messages), (std::vector<std::string>{"Parent table SITE was not found.",
+                                                            "Foreign key FK_EMPLOYEE_SITE was not added."}));
+    const CModel model = Save(builder);
+    ASSERT_EQ(model.foreignKeys.size(), 1u);
+    const CModelForeignKey& worksIn = model.foreignKeys[0];
+    EXPECT_EQ(worksIn.name, "FK_EMPLOYEE_DEPT");
+    EXPECT_EQ(model.tables[worksIn.parentTable].name, "DEPARTMENT");
+    EXPECT_EQ(worksIn.onDelete, 'S');
+    EXPECT_TRUE(worksIn.optional);
+    EXPECT_FALSE(worksIn.identifying);
+    ASSERT_EQ(worksIn.pairs.size(), 1u);
+    EXPECT_EQ(worksIn.pairs[0].childColumn, "DEPT_ID");
+}
+
+TEST_F(GuideExampleTest, APendingForeignKeyHasNoNameUntilItIsResolved) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+    const unsigned long child = builder.AddEntity("CHILD", nullptr, 0, 0);
+    const unsigned long pending = builder.AddForeignKey(0, child, "FK_LATER", "PARENT", nullptr);
+    EXPECT_NE(pending, 0u);
+    EXPECT_EQ(builder.GetForeignKeyName(pending), nullptr);
+    builder.AddEntity("PARENT", nullptr, 0, 0);
+    CStringList messages;
+    EXPECT_TRUE(builder.ResolveForeignKeyConstraints(messages));
+    EXPECT_STREQ(builder.GetForeignKeyName(pending), "FK_LATER");
+}
+
+TEST_F(GuideExampleTest, DefaultsAndRulesBindToColumnsAndUserDatatypes) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(41, nullptr), 1);
+    DescribeDefaultsRulesAndTypes(builder);
+    EXPECT_EQ(builder.BindRule("[R_POSITIVE]", "Amount"), 0u);
+    EXPECT_NE(builder.BindRule("dbo.[R_POSITIVE]", "Amount"), 0u);
+    EXPECT_EQ(builder.AddUserType("Odd", "no_such_type"), 0u);
+    const CModel model = Save(builder);
+    ASSERT_EQ(model.userDatatypes.size(), 1u);
+    const CModelUserDatatype& amount = model.userDatatypes[0];
+    EXPECT_EQ(amount.name, "Amount");
+    EXPECT_EQ(amount.datatype, "DC");
+    EXPECT_EQ(amount.length, 19);
+    EXPECT_EQ(amount.scale, 4);
+    EXPECT_EQ(amount.ruleId, 1u);
+    const CModelTable* invoice = Table(model, "INVOICE");
+    ASSERT_NE(invoice, nullptr);
+    const CModelColumn* total = Column(*invoice, "TOTAL");
+    EXPECT_EQ(total->userDatatype, "Amount");
+    EXPECT_EQ(total->datatype, "DC");
+    EXPECT_EQ(total->width, 19);
+    EXPECT_EQ(Column(*invoice, "DISCOUNT")->defaultId, 1u);
+    EXPECT_EQ(Column(*invoice, "DISCOUNT")->datatype, "MN");
+}
+
+TEST_F(GuideExampleTest, ChecksBelongToAColumnOrToTheTable) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+    DescribeChecks(builder);
+    const unsigned long shipment = builder.FindEntity("SHIPMENT", nullptr, 0);
+    builder.AddCheckConstraint("CK_NOWHERE", "X > 0", shipment, "NO_SUCH_COLUMN", 0);
+    const CModel model = Save(builder);
+    ASSERT_EQ(model.checks.size(), 2u);
+    EXPECT_EQ(model.checks[0].name, "CK_SHIPMENT_QTY");
+    EXPECT_EQ(model.checks[0].column, "QTY");
+    EXPECT_EQ(model.checks[1].text, "SHIPPED >= ORDERED");
+    EXPECT_EQ(model.checks[1].column, "");
+}
+
+TEST_F(GuideExampleTest, CodeObjectsKeepTheirTextsKindsAndReferences) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+    DescribeCodeObjects(builder);
+    EXPECT_EQ(builder.AddReferencedObject(1, 2, 0, 0, 9999), 0u);
+    unsigned long table = 0;
+    EXPECT_NE(builder.FindTrigger("TRG_ORDERS_AUDIT", nullptr, table), 0u);
+    EXPECT_EQ(table, builder.FindEntity("ORDERS", nullptr, 0));
+    const CModel model = Save(builder);
+    ASSERT_EQ(model.triggers.size(), 1u);
+    EXPECT_EQ(model.triggers[0].kind, 2);
+    ASSERT_GE(model.triggers[0].table, 0);
+    EXPECT_EQ(model.tables[model.triggers[0].table].name, "ORDERS");
+    ASSERT_EQ(model.procedures.size(), 2u);
+    EXPECT_TRUE(model.procedures[0].invalid);
+    EXPECT_EQ(model.procedures[1].kind, 2);
+    ASSERT_EQ(model.packages.size(), 1u);
+    EXPECT_EQ(model.packages[0].text, "CREATE PACKAGE BILLING AS ... END;");
+    EXPECT_EQ(model.packages[0].body, "CREATE PACKAGE BODY BILLING AS ... END;");
+    ASSERT_EQ(model.referencedObjects.size(), 1u);
+    EXPECT_EQ(model.referencedObjects[0].values[0], model.procedures[0].key);
+    EXPECT_EQ(model.referencedObjects[0].values[1], model.tables[0].key);
+}
+
+TEST_F(GuideExampleTest, PartitionsCarryTheirLimitsAndStorageObjectsTheirKinds) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+    DescribePartitions(builder);
+    const CModel model = Save(builder);
+    const CModelTable* sales = Table(model, "SALES_FACT");
+    ASSERT_NE(sales, nullptr);
+    ASSERT_EQ(sales->partitions.size(), 2u);
+    const CModelPartition& first = model.partitions[sales->partitions[0]];
+    EXPECT_EQ(first.name, "P2026H1");
+    const std::vector<std::string> firstProperties = Properties(first.properties);
+    EXPECT_TRUE(Has(firstProperties, "Partition Limit=Limit Values:TO_DATE('2026-07-01', 'YYYY-MM-DD')"))
+        << ::testing::PrintToString(firstProperties);
+    EXPECT_TRUE(Has(firstProperties, "Storage Space=Storage Space Name:DW_2026H1"))
+        << ::testing::PrintToString(firstProperties);
+    const std::vector<std::string> secondProperties = Properties(model.partitions[sales->partitions[1]].properties);
+    EXPECT_TRUE(Has(secondProperties, "Percent Free=PCTFREE:5")) << ::testing::PrintToString(secondProperties);
+    // The partition column is the table's: property 7, the column's number as its text.
+    EXPECT_TRUE(Has(Properties(sales->properties), "Partition Column=Column Number:1"))
+        << ::testing::PrintToString(Properties(sales->properties));
+    ASSERT_EQ(model.storageObjects.size(), 2u);
+    EXPECT_EQ(model.storageObjects[1].name, "DW_2026H2");
+    EXPECT_EQ(model.storageObjects[1].kind, 3);
+}
+
+}  // namespace
