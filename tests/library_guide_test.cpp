@@ -227,6 +227,7 @@ TEST_F(GuideExampleTest, KeysAndIndexesKeepTheirColumnsAndOptions) {
     const CModelTable* table = Table(model, "ORDER_LINE");
     ASSERT_NE(table, nullptr);
     ASSERT_GE(table->primaryKey, 0);
+    EXPECT_FALSE(Column(*table, "LINE_NO")->nullable);  // described as nullable
     const CModelIndex& primaryKey = table->indexes[table->primaryKey];
     EXPECT_EQ(primaryKey.name, "PK_ORDER_LINE");
     ASSERT_EQ(primaryKey.columns.size(), 2u);
