@@ -6,7 +6,13 @@
 #include <VrnIntf.h>
 #include <VrnReader.h>
 
+#include <cctype>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -362,6 +368,61 @@ TEST_F(GuideExampleTest, PartitionsCarryTheirLimitsAndStorageObjectsTheirKinds) 
     ASSERT_EQ(model.storageObjects.size(), 2u);
     EXPECT_EQ(model.storageObjects[1].name, "DW_2026H2");
     EXPECT_EQ(model.storageObjects[1].kind, 3);
+}
+
+}  // namespace
+
+namespace {
+
+// A heading's anchor as Markdown renderers make it: lower case, punctuation
+// dropped, blanks as hyphens.
+std::string Anchor(const std::string& heading) {
+    std::string anchor;
+    for (char ch : heading) {
+        if (std::isalnum(static_cast<unsigned char>(ch)) || ch == '-' || ch == '_')
+            anchor += static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
+        else if (ch == ' ')
+            anchor += '-';
+    }
+    return anchor;
+}
+
+std::set<std::string> Anchors(const std::string& path) {
+    std::ifstream in(path);
+    std::set<std::string> anchors;
+    for (std::string line; std::getline(in, line);)
+        if (line.rfind("#", 0) == 0 && line.find(' ') != std::string::npos)
+            anchors.insert(Anchor(line.substr(line.find(' ') + 1)));
+    return anchors;
+}
+
+// Every relative link of the documents a library user reads, and every
+// anchor in them, leads somewhere: the guide and the reference link into
+// each other by section.
+TEST(GuideLinks, EveryRelativeLinkAndAnchorExists) {
+    namespace fs = std::filesystem;
+    const fs::path top = VRN_SOURCE_DIR;
+    const std::regex link(R"(\]\(([^)\s]+)\))");
+    for (const char* document : {"README.md", "docs/index.md", "docs/library.md", "docs/library-reference.md"}) {
+        const fs::path path = top / document;
+        std::ifstream in(path);
+        ASSERT_TRUE(in) << path;
+        const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        int links = 0;
+        for (auto match = std::sregex_iterator(text.begin(), text.end(), link); match != std::sregex_iterator();
+             ++match) {
+            const std::string target = (*match)[1];
+            if (target.find("://") != std::string::npos) continue;
+            ++links;
+            const std::size_t hash = target.find('#');
+            const fs::path file = hash == 0 ? path : path.parent_path() / target.substr(0, hash);
+            EXPECT_TRUE(fs::exists(file)) << document << " links to " << target;
+            if (hash != std::string::npos && fs::exists(file)) {
+                EXPECT_TRUE(Anchors(file.string()).count(target.substr(hash + 1))) << document << " links to " << target;
+            }
+        }
+        EXPECT_GT(links, 0) << document;
+    }
 }
 
 }  // namespace
