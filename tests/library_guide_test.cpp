@@ -14,6 +14,7 @@
 #include <regex>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "ModelFileReader.h"
@@ -368,6 +369,41 @@ TEST_F(GuideExampleTest, PartitionsCarryTheirLimitsAndStorageObjectsTheirKinds) 
     ASSERT_EQ(model.storageObjects.size(), 2u);
     EXPECT_EQ(model.storageObjects[1].name, "DW_2026H2");
     EXPECT_EQ(model.storageObjects[1].kind, 3);
+}
+
+// Builders on different threads share nothing but the host string table:
+// the same description saved on four threads at once gives four equal models.
+TEST_F(GuideExampleTest, BuildersOnSeveralThreadsMakeTheSameModel) {
+    constexpr int kThreads = 4;
+    std::vector<std::string> paths;
+    for (int i = 0; i < kThreads; ++i) paths.push_back(m_dir.File("model" + std::to_string(i) + ".vrn"));
+    std::vector<std::string> errors(kThreads);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kThreads; ++i) {
+        threads.emplace_back([&, i] {
+            CVrnAPI builder;
+            if (!builder.Initialize(47, nullptr)) return;
+            CStringList messages;
+            for (int round = 0; round < 20; ++round) {
+                DescribeColumns(builder);
+                DescribeKeysAndIndexes(builder);
+                DescribeForeignKeys(builder, messages);
+                DescribePartitions(builder);
+            }
+            builder.SaveToFile(paths[i].c_str());
+            errors[i] = builder.GetVrnFile()->GetLastError();
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+
+    std::vector<CModel> models(kThreads);
+    for (int i = 0; i < kThreads; ++i) {
+        EXPECT_EQ(errors[i], "");
+        std::string error;
+        ASSERT_TRUE(ReadModelFile(paths[i], models[i], error)) << error;
+    }
+    EXPECT_EQ(models[0].tables.size(), 100u);
+    for (int i = 1; i < kThreads; ++i) EXPECT_TRUE(CompareModels(models[0], models[i]).empty()) << i;
 }
 
 }  // namespace
