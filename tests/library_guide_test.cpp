@@ -283,6 +283,34 @@ TEST_F(GuideExampleTest, APendingForeignKeyHasNoNameUntilItIsResolved) {
     EXPECT_STREQ(builder.GetForeignKeyName(pending), "FK_LATER");
 }
 
+// The save keeps a foreign key whose parent columns are the primary key's or
+// exactly a unique index's, and leaves out one that refers to neither.
+TEST_F(GuideExampleTest, AForeignKeyRefersToThePrimaryKeyOrAUniqueIndex) {
+    CVrnAPI builder;
+    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
+    const unsigned long parent = builder.AddEntity("PARENT", nullptr, 0, 0);
+    builder.AddAttribute(parent, "ID", "NUMBER", 10, 0, 0, 0);
+    builder.AddAttribute(parent, "CODE", "VARCHAR2", 8, -1, 0, 0);
+    builder.AddAttribute(parent, "NOTE", "VARCHAR2", 8, -1, 1, 0);
+    builder.AddPrimaryKey(parent, "PK_PARENT");
+    builder.AddPrimaryKeyColumn(parent, "ID", 1);
+    const unsigned long byCode = builder.AddIndex(parent, "UX_PARENT_CODE");
+    builder.AddIndexColumn(byCode, "CODE", 1, 0);
+    builder.SetIndexProperty(byCode, 34, 1);
+    const unsigned long child = builder.AddEntity("CHILD", nullptr, 0, 0);
+    builder.AddAttribute(child, "PARENT_CODE", "VARCHAR2", 8, -1, 1, 0);
+    builder.AddAttribute(child, "PARENT_NOTE", "VARCHAR2", 8, -1, 1, 0);
+    const unsigned long toCode = builder.AddForeignKey(parent, child, "FK_BY_CODE", "PARENT", nullptr);
+    builder.AddForeignKeyColumnPair(toCode, "CODE", "PARENT_CODE", 1);
+    const unsigned long toNote = builder.AddForeignKey(parent, child, "FK_BY_NOTE", "PARENT", nullptr);
+    builder.AddForeignKeyColumnPair(toNote, "NOTE", "PARENT_NOTE", 1);
+
+    const CModel model = Save(builder);
+    ASSERT_EQ(model.foreignKeys.size(), 1u);
+    EXPECT_EQ(model.foreignKeys[0].name, "FK_BY_CODE");
+    EXPECT_EQ(model.foreignKeys[0].referencedKey, Index(model.tables[0], "UX_PARENT_CODE")->key);
+}
+
 TEST_F(GuideExampleTest, DefaultsAndRulesBindToColumnsAndUserDatatypes) {
     CVrnAPI builder;
     ASSERT_EQ(builder.Initialize(41, nullptr), 1);
