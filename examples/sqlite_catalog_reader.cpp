@@ -6,9 +6,10 @@
 //   sqlite_catalog_reader DATABASE MODEL
 //
 // It reads tables and views (sqlite_master), columns with their declared
-// types, defaults and AUTOINCREMENT (pragma table_xinfo), primary keys,
-// unique constraints and indexes (pragma index_list, index_xinfo) and foreign
-// keys (pragma foreign_key_list). The database is opened read-only.
+// types and defaults (pragma table_xinfo) and AUTOINCREMENT
+// (sqlite3_table_column_metadata), primary keys, unique constraints and
+// indexes (pragma index_list, index_xinfo) and foreign keys (pragma
+// foreign_key_list). The database is opened read-only.
 //
 // What it leaves out, and why:
 //  - CHECK constraints and triggers. SQLite keeps them only inside the text of
@@ -51,8 +52,10 @@ struct CDatabaseCloser {
 };
 using CDatabase = std::unique_ptr<sqlite3, CDatabaseCloser>;
 
-// One prepared statement, finalized when it goes. A statement that could
-// not be prepared, or whose step failed, keeps SQLite's reason in Error().
+// One prepared statement, finalized when it goes; its one parameter, if it
+// has one, is `parameter` (a table's or index's name: SQLite allows any, even
+// an empty one). A statement that could not be prepared, or whose step
+// failed, keeps SQLite's reason in Error().
 class CQuery {
 public:
     CQuery(sqlite3* db, const char* sql, const std::string& parameter = std::string()) : m_db(db) {
@@ -60,7 +63,8 @@ public:
             m_error = sqlite3_errmsg(db);
             return;
         }
-        if (!parameter.empty()) sqlite3_bind_text(m_stmt, 1, parameter.c_str(), -1, SQLITE_TRANSIENT);
+        if (sqlite3_bind_parameter_count(m_stmt) > 0)
+            sqlite3_bind_text(m_stmt, 1, parameter.c_str(), -1, SQLITE_TRANSIENT);
     }
     ~CQuery() { sqlite3_finalize(m_stmt); }
     CQuery(const CQuery&) = delete;
