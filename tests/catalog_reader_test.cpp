@@ -140,7 +140,7 @@ protected:
 
 TEST_F(CatalogReaderTest, BundledExampleMatchesTheImportApartFromChecksAndTriggers) {
     CModel reader, imported;
-    ReadBoth(std::string(VRN_BINARY_DIR) + "/examples/example.db", reader, imported);
+    ASSERT_NO_FATAL_FAILURE(ReadBoth(std::string(VRN_BINARY_DIR) + "/examples/example.db", reader, imported));
     ASSERT_EQ(reader.tables.size(), 4u);  // the view is described, not stored
     EXPECT_EQ(reader.platform, 0);
     EXPECT_EQ(reader.foreignKeys.size(), 3u);
@@ -155,7 +155,7 @@ TEST_F(CatalogReaderTest, BundledExampleMatchesTheImportApartFromChecksAndTrigge
 
 TEST_F(CatalogReaderTest, KeysOfEveryShapeMatchTheImport) {
     CModel reader, imported;
-    ReadBoth(MakeDatabase("keys.db", kKeysSchema), reader, imported);
+    ASSERT_NO_FATAL_FAILURE(ReadBoth(MakeDatabase("keys.db", kKeysSchema), reader, imported));
     EXPECT_EQ(Lines(CompareModels(imported, reader, WithoutChecksAndCode())), Strings());
     EXPECT_EQ(Lines(CompareModels(imported, reader)), Strings());  // this database has no checks or triggers
 
@@ -189,7 +189,7 @@ TEST_F(CatalogReaderTest, KeysOfEveryShapeMatchTheImport) {
 
 TEST_F(CatalogReaderTest, NamesThePragmasDoNotGiveAreTheOnlyDifference) {
     CModel reader, imported;
-    ReadBoth(MakeDatabase("names.db", kNamesSchema), reader, imported);
+    ASSERT_NO_FATAL_FAILURE(ReadBoth(MakeDatabase("names.db", kNamesSchema), reader, imported));
     // SQLite's catalog names no constraint, so the reader's foreign keys are
     // unnamed. Key and index names are not compared (the builder makes them
     // up), foreign key names are: this is the one difference.
