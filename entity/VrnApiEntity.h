@@ -146,6 +146,7 @@ public:
     /// may still point at them, so they live until the entity goes.
     std::vector<std::unique_ptr<CVrnApiIndex>> m_displacedIndexes;
 
+    /// @cond PROTECTED
 protected:
     /// Takes the first unique index with the primary key's columns out of the
     /// index list and returns it; null when none matches.
@@ -161,4 +162,5 @@ private:
     void Append(CVrnApiAttribute* attribute);
     void WritePrimaryKeyRows();
     void ReadBackHandle(CPropertyMgr& properties, int propertyNo, int handle);
+    /// @endcond
 };
