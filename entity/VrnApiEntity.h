@@ -66,12 +66,16 @@ public:
     /// The attributes, owned by the entity, in order of adding.
     CTypedPtrList<CPtrList, CVrnApiAttribute*>& GetAttrPtrList() { return m_attrList; }
 
-    /// Attributes. The first argument of the column-description form is unused.
-    /// Makes, numbers, types and appends an attribute; the builder gives it its
-    /// identifier. Null only when the entity has no owner to make rows with.
+    // Attributes.
+
+    /// Makes, numbers, types and appends an attribute, owned by the entity, and
+    /// returns it; the builder gives it its identifier (see CVrnAPI::AddAttribute
+    /// for the arguments). The first argument is unused. Null only when the
+    /// entity has no owner to make rows with.
     CVrnApiAttribute* AddAttribute(unsigned long unused, const char* name, const char* datatype, long width,
                                    long scale, int nullOption, unsigned long sequence);
-    /// Takes over an existing attribute (an attribute number of 0 gets the next one).
+    /// Takes over an existing attribute, which the entity owns from then on (an
+    /// attribute number of 0 gets the next one). A null attribute does nothing.
     void AddAttribute(CVrnApiAttribute* attribute);
     /// The first attribute whose name equals `name` ignoring case: its number
     /// when `wantNumber` is nonzero, else its identifier; 0 when none.
@@ -85,10 +89,16 @@ public:
     /// `attribute` itself); 1 when one was deleted. Nothing is renumbered.
     int DeleteAttribute(CVrnApiAttribute* attribute);
 
-    /// Keys and indexes. The primary key and the indexes share one running
-    /// index number. Null when the entity already has a primary key.
+    // Keys and indexes. The primary key and the indexes share one running
+    // index number.
+
+    /// Makes the primary key, owned by the entity, and returns its name: `name`
+    /// itself, or "" for a null name. Null when the entity already has a
+    /// primary key or has no owner to make rows with.
     const char* AddPrimaryKey(const char* name);
-    /// A null name becomes the entity name, "IX" and the index number (ITEMIX2).
+    /// Makes and appends an index, owned by the entity, and returns it; the
+    /// builder gives it its key. A null name becomes the entity name, "IX" and
+    /// the index number (ITEMIX2). Null only when the entity has no owner.
     CVrnApiIndex* AddIndex(const char* name);
     /// Marks the named attribute as a key attribute (not null) and appends it
     /// to the primary key; 0 without a primary key or such an attribute.
