@@ -34,12 +34,12 @@ enum EPlatformRule : unsigned {
 
 /// One target platform: its code, names and the builder's rules for it. The entries live in kPlatforms.
 struct VRN_EXPORT CPlatformInfo {
-    int code;                 ///< the platform code a client passes to Initialize
-    const char* name;         ///< "" for the unused codes 49 to 53
-    EPlatformFamily family;   ///< the SQL dialect family, Other for platforms of none
-    bool nullableByDefault;   ///< new attributes admit nulls unless told otherwise
-    unsigned rules;           ///< EPlatformRule flags
-    const char* aliases;      ///< names a command line may give it by, lower case, space-separated
+    int code;                ///< the platform code a client passes to Initialize
+    const char* name;        ///< "" for the unused codes 49 to 53
+    EPlatformFamily family;  ///< the SQL dialect family, Other for platforms of none
+    bool nullableByDefault;  ///< new attributes admit nulls unless told otherwise
+    unsigned rules;          ///< EPlatformRule flags
+    const char* aliases;     ///< names a command line may give it by, lower case, space-separated
 };
 
 /// One entry per code 0 to 54, index = code.

@@ -27,7 +27,7 @@ class CVrnApiIndex;
 class CVrnApiForeignKey;
 namespace vrn {
 class CMigrationMap;
-}  ///< namespace vrn
+}  // namespace vrn
 
 /// CVrnAPI: the model builder, the one object through which a client describes
 /// a physical data model and writes it into a model file.

@@ -47,12 +47,12 @@ struct CModelColumn {
     std::uint32_t attributeId = 0;  ///< the builder's identifier; 0 for a copy
     /// The column's position as the builder's client gave it.
     std::uint32_t sequenceNo = 0;
-    std::string name;               ///< the column name
+    std::string name;  ///< the column name
     /// The attribute's name, which may differ from the column name.
     std::string attributeName;
     /// The role name a migrated column has in its foreign key, "" for none.
     std::string roleName;
-    std::string datatype;           ///< the model's datatype code ("VAR", "NUM", ...)
+    std::string datatype;  ///< the model's datatype code ("VAR", "NUM", ...)
     /// The length or precision; 0 when none was given.
     int width = 0;
     /// The scale; 0 when none was given.
@@ -65,11 +65,11 @@ struct CModelColumn {
     std::string checkText;
     /// The column's definition, the descriptive text a client set for it; "" for none.
     std::string definition;
-    std::string userDatatype;       ///< the user datatype's name, "" for none
+    std::string userDatatype;  ///< the user datatype's name, "" for none
     /// The identifier of its user datatype, 0 for none.
     std::uint32_t userDatatypeId = 0;
-    std::uint32_t ruleId = 0;       ///< the bound rule, 0 for none
-    std::uint32_t defaultId = 0;    ///< the bound default, 0 for none
+    std::uint32_t ruleId = 0;     ///< the bound rule, 0 for none
+    std::uint32_t defaultId = 0;  ///< the bound default, 0 for none
     /// True when the column belongs to the table's primary key.
     bool inPrimaryKey = false;
     std::uint32_t relationKey = 0;  ///< the foreign key that migrated it here, 0 for none
@@ -161,8 +161,8 @@ struct CModelCheck {
     std::string name;
     /// The constraint's condition, as SQL text.
     std::string text;
-    int table = -1;          ///< index into CModel::tables
-    std::string column;      ///< "" for a table constraint
+    int table = -1;      ///< index into CModel::tables
+    std::string column;  ///< "" for a table constraint
 };
 
 /// A partition of a table or of an index, with its properties.
@@ -171,7 +171,7 @@ struct CModelPartition {
     std::uint32_t key = 0;
     /// The partition's name.
     std::string name;
-    bool ofIndex = false;    ///< a partition of an index, else of a table
+    bool ofIndex = false;  ///< a partition of an index, else of a table
     /// The key of the table or index it partitions.
     std::uint32_t ownerKey = 0;
     /// For an index partition, its sequence within the index (1, 2, 3, ...); 0 for a table partition.
@@ -185,7 +185,7 @@ struct CModelPartition {
 struct CModelTable {
     /// The entity key, which the file's other rows refer to the table by.
     std::uint32_t key = 0;
-    std::string owner;       ///< as stored; catalogs pad some owners with spaces
+    std::string owner;  ///< as stored; catalogs pad some owners with spaces
     /// The table's name.
     std::string name;
     /// The table's definition, the descriptive text a client set for it; "" for none.
@@ -244,19 +244,19 @@ struct CModelCode {  // a trigger, procedure or package
     std::string owner;
     /// Its name.
     std::string name;
-    int kind = 0;            ///< triggers: 1 before, 2 after, 3 instead of; procedures: 1 procedure, 2 function
+    int kind = 0;  ///< triggers: 1 before, 2 after, 3 instead of; procedures: 1 procedure, 2 function
     /// True when the builder's client marked it invalid (SetTriggerInvalid, SetProcInvalid).
     bool invalid = false;
-    int table = -1;          ///< triggers: index into CModel::tables
-    std::string text;        ///< packages: the header
-    std::string body;        ///< packages: the body
+    int table = -1;    ///< triggers: index into CModel::tables
+    std::string text;  ///< packages: the header
+    std::string body;  ///< packages: the body
 };
 
 /// A storage object of the platform: a storage group, database, table space or buffer pool.
 struct CModelStorageObject {
     /// Its key in the model file.
     std::uint32_t key = 0;
-    int kind = 0;            ///< 1 storage group, 2 database, 3 table space, 4 buffer pool
+    int kind = 0;  ///< 1 storage group, 2 database, 3 table space, 4 buffer pool
     /// Its owner, "" for none.
     std::string owner;
     /// Its name.
@@ -285,12 +285,12 @@ struct CModel {
     bool hasPlatform = false;  ///< files written before the platform was kept have none
     /// The target platform code (see kPlatforms); meaningful only when hasPlatform is true.
     int platform = 0;
-    std::string product;       ///< the program that wrote it
+    std::string product;  ///< the program that wrote it
     /// The model row's name.
     std::string modelName;
     /// The diagram row's name.
     std::string diagramName;
-    std::string created;       ///< "YYYY-MM-DD HH:MM:SS", local time
+    std::string created;  ///< "YYYY-MM-DD HH:MM:SS", local time
     /// When it was last saved, in the form of `created`.
     std::string modified;
     /// The tables and views.

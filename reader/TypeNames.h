@@ -18,13 +18,13 @@ enum class ETypeArguments { None, Length, PrecisionScale };
 
 /// How one dialect spells one datatype code.
 struct CTypeSpelling {
-    const char* name;  ///< "()" in a name marks where the arguments go ("VARCHAR() FOR BIT DATA")
+    const char* name;          ///< "()" in a name marks where the arguments go ("VARCHAR() FOR BIT DATA")
     ETypeArguments arguments;  ///< which of width and scale it takes in parentheses
 };
 
 /// One row of the type name table: a datatype code and its spelling in each dialect.
 struct CTypeNameRow {
-    const char* code;  ///< the model's datatype code
+    const char* code;            ///< the model's datatype code
     CTypeSpelling spellings[5];  ///< by ETypeDialect
 };
 

@@ -25,7 +25,7 @@ class CRowFieldVisitor;
 
 namespace vrn {
 class CStoreDb;
-}  ///< namespace vrn
+}  // namespace vrn
 
 /// The model file: the model in memory while it is built, loaded by Open and written by Save (see the file
 /// comment). CVrnAPI makes and owns one; a client reaches it through CVrnAPI::GetVrnFile to read the reason
