@@ -1,10 +1,15 @@
-// VrnIntf: the one header a client includes to build a model.
-//
-//   AfxSetResourceString(kHostTextProductName, "My Modeler");  // optional host texts
-//   CVrnAPI builder;
-//   builder.Initialize(34, nullptr);            // a new model for Oracle 8.x
-//   ...                                         // describe the model
-//   builder.SaveToFile("model.vrn");
+/// @file
+/// VrnIntf: the one header a client includes to build a model.
+///
+/// @code
+///   AfxSetResourceString(kHostTextProductName, "My Modeler");  // optional host texts
+///   CVrnAPI builder;
+///   builder.Initialize(34, nullptr);            // a new model for Oracle 8.x
+///   ...                                         // describe the model
+///   builder.SaveToFile("model.vrn");
+/// @endcode
+///
+/// Link with the CMake target VrnIntf::vrnintf.
 #pragma once
 
 #include "builder/HostTexts.h"
