@@ -45,6 +45,11 @@ class CMigrationMap;
 /// until DeleteAttribute deletes the attribute they point to.
 /// The class is dynamically creatable: CRuntimeClass::FromName("CVrnAPI")
 /// finds its record, whose CreateObject makes one with `new`.
+///
+/// docs/library.md in the source tree is the guide to calling it, with a
+/// worked example for every kind of object; docs/library-reference.md lists
+/// the platform codes, datatype names, property codes of the Set...Property
+/// calls and host texts in full.
 class VRN_EXPORT CVrnAPI : public CCmdTarget {
     DECLARE_DYNCREATE(CVrnAPI)
 
