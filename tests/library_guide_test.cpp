@@ -1,10 +1,9 @@
 // The library guide's examples, compiled from the guide itself (the build
 // copies its C++ blocks into library_guide_examples.inc), run, and checked
 // against what the guide's text says they do, in the saved file.
-#include <gtest/gtest.h>
-
 #include <VrnIntf.h>
 #include <VrnReader.h>
+#include <gtest/gtest.h>
 
 #include <cctype>
 #include <cstdio>
@@ -482,7 +481,8 @@ TEST(GuideLinks, EveryRelativeLinkAndAnchorExists) {
             const fs::path file = hash == 0 ? path : path.parent_path() / target.substr(0, hash);
             EXPECT_TRUE(fs::exists(file)) << document << " links to " << target;
             if (hash != std::string::npos && fs::exists(file)) {
-                EXPECT_TRUE(Anchors(file.string()).count(target.substr(hash + 1))) << document << " links to " << target;
+                EXPECT_TRUE(Anchors(file.string()).count(target.substr(hash + 1)))
+                    << document << " links to " << target;
             }
         }
         EXPECT_GT(links, 0) << document;

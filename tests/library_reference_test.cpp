@@ -3,10 +3,9 @@
 // code is accepted. Property codes are found by calling each setter with
 // every code; key classes, row types and host texts by what a saved model
 // and relationship resolution actually use.
-#include <gtest/gtest.h>
-
 #include <VrnIntf.h>
 #include <VrnReader.h>
+#include <gtest/gtest.h>
 
 #include <fstream>
 #include <map>
@@ -182,9 +181,9 @@ TEST_F(ReferenceTest, ForeignKeyPropertyCodes) {
 
 TEST(Reference, PlatformsAreTheLibrarysOwn) {
     const std::map<EPlatformFamily, std::string> families = {
-        {EPlatformFamily::Other, "other"},        {EPlatformFamily::TransactSql, "Transact-SQL"},
-        {EPlatformFamily::Oracle, "Oracle"},      {EPlatformFamily::Db2Luw, "DB2 LUW"},
-        {EPlatformFamily::Db2ZOs, "DB2 z/OS"},    {EPlatformFamily::As400, "DB2 AS/400"},
+        {EPlatformFamily::Other, "other"},     {EPlatformFamily::TransactSql, "Transact-SQL"},
+        {EPlatformFamily::Oracle, "Oracle"},   {EPlatformFamily::Db2Luw, "DB2 LUW"},
+        {EPlatformFamily::Db2ZOs, "DB2 z/OS"}, {EPlatformFamily::As400, "DB2 AS/400"},
     };
     const std::map<unsigned, std::string> rules = {
         {kRuleOracleTypes, "Oracle types"},
@@ -292,8 +291,8 @@ TEST(Reference, HostTextsAreThoseTheLibraryAsksFor) {
         builder.AddAttribute(parent, "ID", "NUMBER", 10, 0, 0, 0);
         const unsigned long child = builder.AddEntity("CHILD", nullptr, 0, 0);
         builder.AddAttribute(child, "PARENT_ID", "NUMBER", 10, 0, 1, 0);
-        builder.AddForeignKey(0, child, "FK_LOST", "NOWHERE", nullptr);          // parent not found, named
-        builder.AddForeignKey(0, child, nullptr, "NOWHERE", nullptr);            // parent not found, unnamed
+        builder.AddForeignKey(0, child, "FK_LOST", "NOWHERE", nullptr);  // parent not found, named
+        builder.AddForeignKey(0, child, nullptr, "NOWHERE", nullptr);    // parent not found, unnamed
         const unsigned long bad = builder.AddForeignKey(0, child, "FK_BAD", "PARENT", nullptr);
         builder.AddForeignKeyColumnPair(bad, "NO_SUCH_COLUMN", "PARENT_ID", 1);  // a pair that cannot be added
         builder.ResolveForeignKeyConstraints(messages);
@@ -312,7 +311,8 @@ TEST(Reference, HostTextsAreThoseTheLibraryAsksFor) {
         std::string placeholders;
         // A placeholder left as it stands was given no value.
         for (std::size_t i = 1; i < parts.size(); ++i)
-            if (!parts[i].empty() && parts[i] != "%" + std::to_string(i)) placeholders += (placeholders.empty() ? "%" : " %") + std::to_string(i);
+            if (!parts[i].empty() && parts[i] != "%" + std::to_string(i))
+                placeholders += (placeholders.empty() ? "%" : " %") + std::to_string(i);
         used[parts.at(0)] = placeholders;
     };
     for (POSITION pos = messages.GetHeadPosition(); pos;) note(messages.GetNext(pos).GetString());
