@@ -98,7 +98,7 @@ TEST_F(GuideExampleTest, TheFirstModelHasTwoTablesAndTheirRelationship) {
     EXPECT_EQ(total->width, 12);
     EXPECT_EQ(total->scale, 2);
     EXPECT_TRUE(total->nullable);
-    EXPECT_FALSE(Column(*orders, "CUSTOMER_ID")->nullable);
+    EXPECT_FALSE(Column(*orders, "PLACED_BY")->nullable);
     ASSERT_GE(orders->primaryKey, 0);
     EXPECT_EQ(orders->indexes[orders->primaryKey].name, "PK_ORDERS");
 
@@ -107,10 +107,11 @@ TEST_F(GuideExampleTest, TheFirstModelHasTwoTablesAndTheirRelationship) {
     EXPECT_EQ(placedBy.name, "FK_ORDERS_CUSTOMER");
     EXPECT_EQ(model.tables[placedBy.parentTable].name, "CUSTOMER");
     EXPECT_EQ(model.tables[placedBy.childTable].name, "ORDERS");
-    // CUSTOMER_ID is not part of the order's primary key.
+    // PLACED_BY is not part of the order's primary key.
     EXPECT_FALSE(placedBy.identifying);
     ASSERT_EQ(placedBy.pairs.size(), 1u);
     EXPECT_EQ(placedBy.pairs[0].parentColumn, "CUSTOMER_ID");
+    EXPECT_EQ(placedBy.pairs[0].childColumn, "PLACED_BY");
 }
 
 TEST_F(GuideExampleTest, AFailedSaveIsReportedAndWritesNothing) {
@@ -308,6 +309,72 @@ TEST_F(GuideExampleTest, AForeignKeyRefersToThePrimaryKeyOrAUniqueIndex) {
     ASSERT_EQ(model.foreignKeys.size(), 1u);
     EXPECT_EQ(model.foreignKeys[0].name, "FK_BY_CODE");
     EXPECT_EQ(model.foreignKeys[0].referencedKey, Index(model.tables[0], "UX_PARENT_CODE")->key);
+}
+
+// The pitfalls the guide warns of, as it describes them.
+class GuideWarningTest : public GuideExampleTest {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(m_builder.Initialize(47, nullptr), 1);
+        m_parent = m_builder.AddEntity("PARENT", nullptr, 0, 0);
+        m_builder.AddAttribute(m_parent, "P_ID", "NUMBER", 10, 0, 0, 0);
+        m_child = m_builder.AddEntity("CHILD", nullptr, 0, 0);
+        m_builder.AddAttribute(m_child, "P_ID", "NUMBER", 10, 0, 1, 0);
+    }
+    void AddParentKey() {
+        m_builder.AddPrimaryKey(m_parent, "PK_PARENT");
+        m_builder.AddPrimaryKeyColumn(m_parent, "P_ID", 1);
+    }
+
+    CVrnAPI m_builder;
+    unsigned long m_parent = 0, m_child = 0;
+};
+
+TEST_F(GuideWarningTest, AForeignKeyAddedBeforeItsParentsKeyIsLeftOut) {
+    const unsigned long early = m_builder.AddForeignKey(m_parent, m_child, "FK_EARLY", "PARENT", nullptr);
+    EXPECT_EQ(m_builder.AddForeignKeyColumnPair(early, "P_ID", "P_ID", 1), 1);  // accepted nonetheless
+    AddParentKey();
+    EXPECT_TRUE(Save(m_builder).foreignKeys.empty());
+}
+
+TEST_F(GuideWarningTest, AForeignKeyWithoutPairsIsSavedWithoutColumns) {
+    const unsigned long bare = m_builder.AddForeignKey(m_parent, m_child, "FK_BARE", "PARENT", nullptr);
+    EXPECT_EQ(m_builder.AddForeignKeyColumnPair(bare, nullptr, "P_ID", 1), 0);  // the parent has no key yet
+    AddParentKey();
+    const CModel model = Save(m_builder);
+    ASSERT_EQ(model.foreignKeys.size(), 1u);
+    EXPECT_TRUE(model.foreignKeys[0].pairs.empty());
+}
+
+TEST_F(GuideWarningTest, TheForeignKeySetterAnswersOneForAnyCode) {
+    AddParentKey();
+    const unsigned long key = m_builder.AddForeignKey(m_parent, m_child, "FK", "PARENT", nullptr);
+    m_builder.AddForeignKeyColumnPair(key, "P_ID", "P_ID", 1);
+    EXPECT_EQ(m_builder.SetForeignKeyProperty(key, 999, 1), 1);
+    EXPECT_EQ(m_builder.SetForeignKeyProperty(key + 1000, 77, 1), 0);
+    EXPECT_EQ(m_builder.SetEntityProperty(m_child, 999, 1), 0);
+    const CModel model = Save(m_builder);
+    ASSERT_EQ(model.foreignKeys.size(), 1u);
+    EXPECT_EQ(model.foreignKeys[0].onDelete, 'N');
+    EXPECT_EQ(model.foreignKeys[0].onUpdate, 'N');
+}
+
+TEST_F(GuideWarningTest, ASecondSaveOrResolutionWritesRowsAgain) {
+    AddParentKey();
+    const unsigned long pending = m_builder.AddForeignKey(0, m_child, "FK_PENDING", "PARENT", nullptr);
+    m_builder.AddForeignKeyColumnPair(pending, "P_ID", "P_ID", 1);
+    CStringList messages;
+    m_builder.ResolveForeignKeyConstraints(messages);
+    m_builder.ResolveForeignKeyConstraints(messages);
+    EXPECT_TRUE(messages.IsEmpty());
+    const std::string first = m_dir.File("first.vrn"), second = m_dir.File("second.vrn");
+    m_builder.SaveToFile(first.c_str());
+    m_builder.SaveToFile(second.c_str());
+    EXPECT_STREQ(m_builder.GetVrnFile()->GetLastError(), "");
+    CModelFileReader once(first), twice(second);
+    EXPECT_EQ(once.Count("ForeignKey"), 2);  // resolved twice
+    EXPECT_EQ(once.Count("Entity"), 2);
+    EXPECT_EQ(twice.Count("Entity"), 4);  // the first save's rows, and the second's
 }
 
 TEST_F(GuideExampleTest, DefaultsAndRulesBindToColumnsAndUserDatatypes) {
