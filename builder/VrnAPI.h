@@ -33,7 +33,9 @@ class CMigrationMap;
 /// a physical data model and writes it into a model file.
 ///
 /// REQUIRES the calling order: construct (or CreateObject), Initialize once,
-/// add and describe objects, SaveToFile once, destroy. Nothing checks the order;
+/// add and describe objects (entities, then their attributes, then primary
+/// keys and indexes, then foreign keys), ResolveForeignKeyConstraints once,
+/// SaveToFile once, destroy. Nothing checks the order;
 /// where a wrong order would reach a missing model file or manager, the call
 /// does nothing and returns 0 or null instead.
 ///
@@ -70,7 +72,8 @@ public:
     /// Completes and writes the model to `path`. 1 once the builder has a model
     /// file and managers, even when the save failed: the file was written when
     /// GetVrnFile()->GetLastError() is empty afterwards. 0, with nothing written,
-    /// before a successful Initialize.
+    /// before a successful Initialize. Save once per builder: a second save, to
+    /// any path, writes the first save's rows again beside the new ones.
     int SaveToFile(const char* path);
 
     /// Sets the model number that new rows carry; 0 (the default) gives 1.
@@ -197,7 +200,9 @@ public:
 
     /// Attaches pending foreign keys to parents found by name and adds their
     /// column pairs, appending a message to `messages` for every problem.
-    /// True when at least one foreign key is addressable afterwards.
+    /// True when at least one foreign key is addressable afterwards. Call it
+    /// once, after every entity is added: a second call attaches the same
+    /// foreign keys again, and the file then holds them twice.
     bool ResolveForeignKeyConstraints(CStringList& messages);
 
     // Defaults, rules and user datatypes, each numbered by its place in its
