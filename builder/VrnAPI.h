@@ -258,7 +258,7 @@ public:
     unsigned long FindProcedure(const char* name, const char* owner);
     /// Marks the procedure invalid; an unknown identifier changes nothing.
     void SetProcInvalid(unsigned long procedureId);
-    /// Specification and body of one package merge into one row.
+    /// The header and the body of one package merge into one row.
     unsigned long AddPackage(const char* name, const char* owner, const char* text, bool isBody);
     /// A package with no owner of its own is found under any owner.
     CNSOutputPackage* FindPackage(const char* name, const char* owner);
