@@ -18,6 +18,7 @@
 #include "DdlImporter.h"
 #include "ImportReport.h"
 #include "ModelFileReader.h"
+#include "SavedModel.h"
 #include "SqlSource.h"
 
 struct CImported {
@@ -55,14 +56,6 @@ inline std::string RunInSqlite(const std::vector<std::string>& scripts, const st
     return error;
 }
 
-// The model of a saved file; a failure when it cannot be read.
-inline CModel ReadModel(const std::string& path) {
-    CModel model;
-    std::string error;
-    EXPECT_TRUE(ReadModelFile(path, model, error)) << error;
-    return model;
-}
-
 // A model file made at `path` through a builder for `platform` by `build`.
 inline void BuildModelFile(const std::string& path, int platform, const std::function<void(CVrnAPI&)>& build) {
     CVrnAPI builder;
@@ -70,13 +63,6 @@ inline void BuildModelFile(const std::string& path, int platform, const std::fun
     build(builder);
     builder.SaveToFile(path.c_str());
     ASSERT_STREQ(builder.GetVrnFile()->GetLastError(), "");
-}
-
-// The model the builder holds, saved to `path` and read back.
-inline CModel SaveAndRead(CVrnAPI& builder, const std::string& path) {
-    builder.SaveToFile(path.c_str());
-    EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
-    return ReadModel(path);
 }
 
 // The model of `scripts`, read in the dialect of `platform`, one source each,
@@ -92,21 +78,6 @@ inline CImported ImportScripts(int platform, const std::vector<std::string>& scr
     importer.Finish();
     result.model = SaveAndRead(builder, dir.File("imported" + std::to_string(++saved) + ".vrn"));
     return result;
-}
-
-// The table of that name (any letter case); null when the model has none.
-inline const CModelTable* FindTable(const CModel& model, const std::string& name) {
-    for (const CModelTable& table : model.tables)
-        if (AfxCompareNoCase(table.name.c_str(), name.c_str()) == 0) return &table;
-    return nullptr;
-}
-
-inline const CModelColumn* FindColumn(const CModel& model, const std::string& table, const std::string& column) {
-    const CModelTable* found = FindTable(model, table);
-    if (!found) return nullptr;
-    for (const CModelColumn& each : found->columns)
-        if (AfxCompareNoCase(each.name.c_str(), column.c_str()) == 0) return &each;
-    return nullptr;
 }
 
 // Every sample of tests/data: the prefix of its files' names and the

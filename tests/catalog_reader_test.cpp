@@ -15,6 +15,7 @@
 
 #include "CommandLineTest.h"
 #include "ModelFileReader.h"
+#include "SavedModel.h"
 
 namespace {
 
@@ -79,15 +80,6 @@ CREATE INDEX employee_by_lower_name ON employee (lower(name));
 CREATE INDEX employee_in_dept ON employee (dept_code) WHERE dept_code IS NOT NULL;
 )sql";
 
-// "Kind|object|field|before|after" per change, for messages that show them all.
-std::vector<std::string> Lines(const std::vector<CModelChange>& changes) {
-    static const char* const kKinds[] = {"Added", "Dropped", "Changed"};
-    std::vector<std::string> lines;
-    for (const CModelChange& change : changes)
-        lines.push_back(std::string(kKinds[static_cast<int>(change.change)]) + "|" + change.object + "|" +
-                        change.field + "|" + change.before + "|" + change.after);
-    return lines;
-}
 using Strings = std::vector<std::string>;
 
 // The reader leaves out CHECK constraints and triggers: SQLite keeps them
@@ -99,12 +91,6 @@ CCompareOptions WithoutChecksAndCode() {
     options.checks = false;
     options.code = false;
     return options;
-}
-
-const CModelTable* FindTable(const CModel& model, const std::string& name) {
-    for (const CModelTable& table : model.tables)
-        if (table.name == name) return &table;
-    return nullptr;
 }
 
 class CatalogReaderTest : public CommandLineTest {
@@ -144,9 +130,9 @@ TEST_F(CatalogReaderTest, BundledExampleMatchesTheImportApartFromChecksAndTrigge
     ASSERT_EQ(reader.tables.size(), 4u);  // the view is described, not stored
     EXPECT_EQ(reader.platform, 0);
     EXPECT_EQ(reader.foreignKeys.size(), 3u);
-    EXPECT_EQ(Lines(CompareModels(imported, reader, WithoutChecksAndCode())), Strings());
+    EXPECT_EQ(ChangeLines(CompareModels(imported, reader, WithoutChecksAndCode())), Strings());
     // The excluded difference, exactly: the importer's three checks and its trigger.
-    EXPECT_EQ(Lines(CompareModels(imported, reader)),
+    EXPECT_EQ(ChangeLines(CompareModels(imported, reader)),
               (Strings{"Dropped|check constraint (email LIKE '%@%') of customer column email|||",
                        "Dropped|check constraint (price >= 0) of product column price|||",
                        "Dropped|check constraint (quantity > 0) of order_line column quantity|||",
@@ -156,8 +142,8 @@ TEST_F(CatalogReaderTest, BundledExampleMatchesTheImportApartFromChecksAndTrigge
 TEST_F(CatalogReaderTest, KeysOfEveryShapeMatchTheImport) {
     CModel reader, imported;
     ASSERT_NO_FATAL_FAILURE(ReadBoth(MakeDatabase("keys.db", kKeysSchema), reader, imported));
-    EXPECT_EQ(Lines(CompareModels(imported, reader, WithoutChecksAndCode())), Strings());
-    EXPECT_EQ(Lines(CompareModels(imported, reader)), Strings());  // this database has no checks or triggers
+    EXPECT_EQ(ChangeLines(CompareModels(imported, reader, WithoutChecksAndCode())), Strings());
+    EXPECT_EQ(ChangeLines(CompareModels(imported, reader)), Strings());  // this database has no checks or triggers
 
     // The models agree, and hold what the database declares: not two empty models.
     ASSERT_EQ(reader.tables.size(), 4u);
@@ -193,7 +179,7 @@ TEST_F(CatalogReaderTest, NamesThePragmasDoNotGiveAreTheOnlyDifference) {
     // SQLite's catalog names no constraint, so the reader's foreign keys are
     // unnamed. Key and index names are not compared (the builder makes them
     // up), foreign key names are: this is the one difference.
-    EXPECT_EQ(Lines(CompareModels(imported, reader)),
+    EXPECT_EQ(ChangeLines(CompareModels(imported, reader)),
               Strings{"Changed|foreign key works_in of employee|name|works_in|"});
     const CModelTable* employee = FindTable(reader, "employee");
     ASSERT_NE(employee, nullptr);

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "ModelFileReader.h"
+#include "SavedModel.h"
 
 // The guide's headers are included above, so its own #include lines do nothing here.
 namespace {
@@ -24,18 +25,6 @@ namespace {
 }  // namespace
 
 namespace {
-
-const CModelTable* Table(const CModel& model, const std::string& name) {
-    for (const CModelTable& table : model.tables)
-        if (table.name == name) return &table;
-    return nullptr;
-}
-
-const CModelColumn* Column(const CModelTable& table, const std::string& name) {
-    for (const CModelColumn& column : table.columns)
-        if (column.name == name) return &column;
-    return nullptr;
-}
 
 const CModelIndex* Index(const CModelTable& table, const std::string& name) {
     for (const CModelIndex& index : table.indexes)
@@ -66,39 +55,32 @@ std::vector<std::string> Messages(CStringList& list) {
 // A builder for one platform that the examples describe into, then save.
 class GuideExampleTest : public ::testing::Test {
 protected:
-    CModel Save(CVrnAPI& builder) {
-        const std::string path = m_dir.File("model.vrn");
-        builder.SaveToFile(path.c_str());
-        EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
-        CModel model;
-        std::string error;
-        EXPECT_TRUE(ReadModelFile(path, model, error)) << error;
-        return model;
-    }
+    void SetUp() override { ASSERT_EQ(m_builder.Initialize(47, nullptr), 1); }  // Oracle 9i
+    CModel Save(CVrnAPI& builder) { return SaveAndRead(builder, m_dir.File("model.vrn")); }
+    CModel Save() { return Save(m_builder); }
 
+    CVrnAPI m_builder;
     CScratchDir m_dir;
 };
 
 TEST_F(GuideExampleTest, TheFirstModelHasTwoTablesAndTheirRelationship) {
     const std::string path = m_dir.File("orders.vrn");
     ASSERT_TRUE(SaveOrderModel(path.c_str()));
-    CModel model;
-    std::string error;
-    ASSERT_TRUE(ReadModelFile(path, model, error)) << error;
+    const CModel model = ReadModel(path);
     EXPECT_EQ(model.product, "Order catalog reader 1.0");
     EXPECT_EQ(model.modelName, "Orders");
     EXPECT_EQ(model.diagramName, "Main diagram");
     ASSERT_EQ(model.tables.size(), 2u);
-    const CModelTable* orders = Table(model, "ORDERS");
+    const CModelTable* orders = FindTable(model, "ORDERS");
     ASSERT_NE(orders, nullptr);
     EXPECT_EQ(orders->owner, "dbo");
-    const CModelColumn* total = Column(*orders, "TOTAL");
+    const CModelColumn* total = FindColumn(*orders, "TOTAL");
     ASSERT_NE(total, nullptr);
     EXPECT_EQ(total->datatype, "DC");
     EXPECT_EQ(total->width, 12);
     EXPECT_EQ(total->scale, 2);
     EXPECT_TRUE(total->nullable);
-    EXPECT_FALSE(Column(*orders, "PLACED_BY")->nullable);
+    EXPECT_FALSE(FindColumn(*orders, "PLACED_BY")->nullable);
     ASSERT_GE(orders->primaryKey, 0);
     EXPECT_EQ(orders->indexes[orders->primaryKey].name, "PK_ORDERS");
 
@@ -124,9 +106,7 @@ TEST_F(GuideExampleTest, AContinuedModelKeepsItsTablesAndCannotFindThem) {
     const std::string path = m_dir.File("orders.vrn");
     ASSERT_TRUE(SaveOrderModel(path.c_str()));
     ASSERT_TRUE(AddAuditTable(path.c_str()));
-    CModel model;
-    std::string error;
-    ASSERT_TRUE(ReadModelFile(path, model, error)) << error;
+    const CModel model = ReadModel(path);
     ASSERT_EQ(model.tables.size(), 3u);
     EXPECT_EQ(model.tables[2].name, "AUDIT_LOG");
     EXPECT_EQ(model.foreignKeys.size(), 1u);
@@ -146,29 +126,25 @@ TEST_F(GuideExampleTest, ContinuingAFileThatIsNotAModelFails) {
 }
 
 TEST_F(GuideExampleTest, TablesAreFoundByNameAndViewsAreLeftOutOfTheFile) {
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
-    DescribeTablesAndViews(builder);
-    const unsigned long product = builder.FindEntity("product", "SALES", 0);
+    DescribeTablesAndViews(m_builder);
+    const unsigned long product = m_builder.FindEntity("product", "SALES", 0);
     EXPECT_NE(product, 0u);
-    EXPECT_EQ(builder.FindEntity("product", nullptr, 0), product);
-    EXPECT_EQ(builder.FindEntity("product", "HR", 0), 0u);
-    const unsigned long cheap = builder.FindEntity("CHEAP_PRODUCT", nullptr, 0);
-    EXPECT_EQ(builder.IsEntityView(cheap), 1);
-    EXPECT_EQ(builder.IsEntityView(product), 0);
+    EXPECT_EQ(m_builder.FindEntity("product", nullptr, 0), product);
+    EXPECT_EQ(m_builder.FindEntity("product", "HR", 0), 0u);
+    const unsigned long cheap = m_builder.FindEntity("CHEAP_PRODUCT", nullptr, 0);
+    EXPECT_EQ(m_builder.IsEntityView(cheap), 1);
+    EXPECT_EQ(m_builder.IsEntityView(product), 0);
 
-    const CModel model = Save(builder);
+    const CModel model = Save();
     ASSERT_EQ(model.tables.size(), 1u);
     EXPECT_EQ(model.tables[0].name, "PRODUCT");
     EXPECT_EQ(model.tables[0].definition, "Everything the shop sells.");
 }
 
 TEST_F(GuideExampleTest, TableOptionsLandInSlotsAndProperties) {
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
-    DescribeTableOptions(builder);
-    const CModel model = Save(builder);
-    const CModelTable* history = Table(model, "ORDER_HISTORY");
+    DescribeTableOptions(m_builder);
+    const CModel model = Save();
+    const CModelTable* history = FindTable(model, "ORDER_HISTORY");
     ASSERT_NE(history, nullptr);
     EXPECT_EQ(history->storageSpace, "SALES_DATA");
     EXPECT_EQ(history->storageParams[2], 1024);  // INITIAL: slot 3
@@ -180,11 +156,9 @@ TEST_F(GuideExampleTest, TableOptionsLandInSlotsAndProperties) {
 }
 
 TEST_F(GuideExampleTest, ColumnsGetTheModelsDatatypesAndTheirTexts) {
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
-    DescribeColumns(builder);
-    const CModel model = Save(builder);
-    const CModelTable* account = Table(model, "ACCOUNT");
+    DescribeColumns(m_builder);
+    const CModel model = Save();
+    const CModelTable* account = FindTable(model, "ACCOUNT");
     ASSERT_NE(account, nullptr);
     struct CExpected {
         const char* name;
@@ -197,44 +171,40 @@ TEST_F(GuideExampleTest, ColumnsGetTheModelsDatatypesAndTheirTexts) {
         {"BALANCE", "NUM", 0, 0, true},      {"NOTES", "DTX", 10, 0, true},   {"STATUS", "CH", 1, 0, false},
     };
     for (const CExpected& want : expected) {
-        const CModelColumn* column = Column(*account, want.name);
+        const CModelColumn* column = FindColumn(*account, want.name);
         ASSERT_NE(column, nullptr) << want.name;
         EXPECT_EQ(column->datatype, want.datatype) << want.name;
         EXPECT_EQ(column->width, want.width) << want.name;
         EXPECT_EQ(column->scale, want.scale) << want.name;
         EXPECT_EQ(column->nullable, want.nullable) << want.name;
     }
-    EXPECT_EQ(Column(*account, "NOTES")->definition, "Free text from the branch.");
-    EXPECT_EQ(Column(*account, "STATUS")->defaultText, "'O'");
-    const std::vector<std::string> serial = Properties(Column(*account, "SERIAL")->properties);
+    EXPECT_EQ(FindColumn(*account, "NOTES")->definition, "Free text from the branch.");
+    EXPECT_EQ(FindColumn(*account, "STATUS")->defaultText, "'O'");
+    const std::vector<std::string> serial = Properties(FindColumn(*account, "SERIAL")->properties);
     EXPECT_TRUE(Has(serial, "Generated Always=GENERATED ALWAYS")) << ::testing::PrintToString(serial);
     EXPECT_TRUE(Has(serial, "Identity Start=START WITH:1000")) << ::testing::PrintToString(serial);
 }
 
 TEST_F(GuideExampleTest, AnUnknownOrSizedDatatypeNameGivesTheDefaultDatatype) {
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
-    const unsigned long table = builder.AddEntity("T", nullptr, 0, 0);
-    builder.AddAttribute(table, "SIZED", "VARCHAR(40)", -1, -1, 1, 0);
-    const CModel model = Save(builder);
-    const CModelColumn* sized = Column(model.tables[0], "SIZED");
+    const unsigned long table = m_builder.AddEntity("T", nullptr, 0, 0);
+    m_builder.AddAttribute(table, "SIZED", "VARCHAR(40)", -1, -1, 1, 0);
+    const CModel model = Save();
+    const CModelColumn* sized = FindColumn(model.tables[0], "SIZED");
     ASSERT_NE(sized, nullptr);
     EXPECT_EQ(sized->datatype, "CH");
     EXPECT_EQ(sized->width, 10);
 }
 
 TEST_F(GuideExampleTest, KeysAndIndexesKeepTheirColumnsAndOptions) {
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
-    DescribeKeysAndIndexes(builder);
-    const unsigned long line = builder.FindEntity("ORDER_LINE", nullptr, 0);
-    EXPECT_EQ(builder.AddPrimaryKey(line, "PK_SECOND"), nullptr);
-    EXPECT_EQ(builder.AddIndexColumn(builder.GetPrimaryKeyIndexId(line), "NO_SUCH_COLUMN", 3, 0), 0);
-    const CModel model = Save(builder);
-    const CModelTable* table = Table(model, "ORDER_LINE");
+    DescribeKeysAndIndexes(m_builder);
+    const unsigned long line = m_builder.FindEntity("ORDER_LINE", nullptr, 0);
+    EXPECT_EQ(m_builder.AddPrimaryKey(line, "PK_SECOND"), nullptr);
+    EXPECT_EQ(m_builder.AddIndexColumn(m_builder.GetPrimaryKeyIndexId(line), "NO_SUCH_COLUMN", 3, 0), 0);
+    const CModel model = Save();
+    const CModelTable* table = FindTable(model, "ORDER_LINE");
     ASSERT_NE(table, nullptr);
     ASSERT_GE(table->primaryKey, 0);
-    EXPECT_FALSE(Column(*table, "LINE_NO")->nullable);  // described as nullable
+    EXPECT_FALSE(FindColumn(*table, "LINE_NO")->nullable);  // described as nullable
     const CModelIndex& primaryKey = table->indexes[table->primaryKey];
     EXPECT_EQ(primaryKey.name, "PK_ORDER_LINE");
     ASSERT_EQ(primaryKey.columns.size(), 2u);
@@ -252,13 +222,11 @@ TEST_F(GuideExampleTest, KeysAndIndexesKeepTheirColumnsAndOptions) {
 TEST_F(GuideExampleTest, AForeignKeyWaitsForItsParentAndAMissingParentIsReported) {
     AfxSetResourceString(kHostTextParentNotFound, "Parent table %1 was not found.");
     AfxSetResourceString(kHostTextForeignKeyNotAdded, "Foreign key %1 was not added.");
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
     CStringList messages;
-    DescribeForeignKeys(builder, messages);
+    DescribeForeignKeys(m_builder, messages);
     EXPECT_EQ(Messages(messages), (std::vector<std::string>{"Parent table SITE was not found.",
                                                             "Foreign key FK_EMPLOYEE_SITE was not added."}));
-    const CModel model = Save(builder);
+    const CModel model = Save();
     ASSERT_EQ(model.foreignKeys.size(), 1u);
     const CModelForeignKey& worksIn = model.foreignKeys[0];
     EXPECT_EQ(worksIn.name, "FK_EMPLOYEE_DEPT");
@@ -271,41 +239,37 @@ TEST_F(GuideExampleTest, AForeignKeyWaitsForItsParentAndAMissingParentIsReported
 }
 
 TEST_F(GuideExampleTest, APendingForeignKeyHasNoNameUntilItIsResolved) {
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
-    const unsigned long child = builder.AddEntity("CHILD", nullptr, 0, 0);
-    const unsigned long pending = builder.AddForeignKey(0, child, "FK_LATER", "PARENT", nullptr);
+    const unsigned long child = m_builder.AddEntity("CHILD", nullptr, 0, 0);
+    const unsigned long pending = m_builder.AddForeignKey(0, child, "FK_LATER", "PARENT", nullptr);
     EXPECT_NE(pending, 0u);
-    EXPECT_EQ(builder.GetForeignKeyName(pending), nullptr);
-    builder.AddEntity("PARENT", nullptr, 0, 0);
+    EXPECT_EQ(m_builder.GetForeignKeyName(pending), nullptr);
+    m_builder.AddEntity("PARENT", nullptr, 0, 0);
     CStringList messages;
-    EXPECT_TRUE(builder.ResolveForeignKeyConstraints(messages));
-    EXPECT_STREQ(builder.GetForeignKeyName(pending), "FK_LATER");
+    EXPECT_TRUE(m_builder.ResolveForeignKeyConstraints(messages));
+    EXPECT_STREQ(m_builder.GetForeignKeyName(pending), "FK_LATER");
 }
 
 // The save keeps a foreign key whose parent columns are the primary key's or
 // exactly a unique index's, and leaves out one that refers to neither.
 TEST_F(GuideExampleTest, AForeignKeyRefersToThePrimaryKeyOrAUniqueIndex) {
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
-    const unsigned long parent = builder.AddEntity("PARENT", nullptr, 0, 0);
-    builder.AddAttribute(parent, "ID", "NUMBER", 10, 0, 0, 0);
-    builder.AddAttribute(parent, "CODE", "VARCHAR2", 8, -1, 0, 0);
-    builder.AddAttribute(parent, "NOTE", "VARCHAR2", 8, -1, 1, 0);
-    builder.AddPrimaryKey(parent, "PK_PARENT");
-    builder.AddPrimaryKeyColumn(parent, "ID", 1);
-    const unsigned long byCode = builder.AddIndex(parent, "UX_PARENT_CODE");
-    builder.AddIndexColumn(byCode, "CODE", 1, 0);
-    builder.SetIndexProperty(byCode, 34, 1);
-    const unsigned long child = builder.AddEntity("CHILD", nullptr, 0, 0);
-    builder.AddAttribute(child, "PARENT_CODE", "VARCHAR2", 8, -1, 1, 0);
-    builder.AddAttribute(child, "PARENT_NOTE", "VARCHAR2", 8, -1, 1, 0);
-    const unsigned long toCode = builder.AddForeignKey(parent, child, "FK_BY_CODE", "PARENT", nullptr);
-    builder.AddForeignKeyColumnPair(toCode, "CODE", "PARENT_CODE", 1);
-    const unsigned long toNote = builder.AddForeignKey(parent, child, "FK_BY_NOTE", "PARENT", nullptr);
-    builder.AddForeignKeyColumnPair(toNote, "NOTE", "PARENT_NOTE", 1);
+    const unsigned long parent = m_builder.AddEntity("PARENT", nullptr, 0, 0);
+    m_builder.AddAttribute(parent, "ID", "NUMBER", 10, 0, 0, 0);
+    m_builder.AddAttribute(parent, "CODE", "VARCHAR2", 8, -1, 0, 0);
+    m_builder.AddAttribute(parent, "NOTE", "VARCHAR2", 8, -1, 1, 0);
+    m_builder.AddPrimaryKey(parent, "PK_PARENT");
+    m_builder.AddPrimaryKeyColumn(parent, "ID", 1);
+    const unsigned long byCode = m_builder.AddIndex(parent, "UX_PARENT_CODE");
+    m_builder.AddIndexColumn(byCode, "CODE", 1, 0);
+    m_builder.SetIndexProperty(byCode, 34, 1);
+    const unsigned long child = m_builder.AddEntity("CHILD", nullptr, 0, 0);
+    m_builder.AddAttribute(child, "PARENT_CODE", "VARCHAR2", 8, -1, 1, 0);
+    m_builder.AddAttribute(child, "PARENT_NOTE", "VARCHAR2", 8, -1, 1, 0);
+    const unsigned long toCode = m_builder.AddForeignKey(parent, child, "FK_BY_CODE", "PARENT", nullptr);
+    m_builder.AddForeignKeyColumnPair(toCode, "CODE", "PARENT_CODE", 1);
+    const unsigned long toNote = m_builder.AddForeignKey(parent, child, "FK_BY_NOTE", "PARENT", nullptr);
+    m_builder.AddForeignKeyColumnPair(toNote, "NOTE", "PARENT_NOTE", 1);
 
-    const CModel model = Save(builder);
+    const CModel model = Save();
     ASSERT_EQ(model.foreignKeys.size(), 1u);
     EXPECT_EQ(model.foreignKeys[0].name, "FK_BY_CODE");
     EXPECT_EQ(model.foreignKeys[0].referencedKey, Index(model.tables[0], "UX_PARENT_CODE")->key);
@@ -315,7 +279,7 @@ TEST_F(GuideExampleTest, AForeignKeyRefersToThePrimaryKeyOrAUniqueIndex) {
 class GuideWarningTest : public GuideExampleTest {
 protected:
     void SetUp() override {
-        ASSERT_EQ(m_builder.Initialize(47, nullptr), 1);
+        GuideExampleTest::SetUp();
         m_parent = m_builder.AddEntity("PARENT", nullptr, 0, 0);
         m_builder.AddAttribute(m_parent, "P_ID", "NUMBER", 10, 0, 0, 0);
         m_child = m_builder.AddEntity("CHILD", nullptr, 0, 0);
@@ -326,7 +290,6 @@ protected:
         m_builder.AddPrimaryKeyColumn(m_parent, "P_ID", 1);
     }
 
-    CVrnAPI m_builder;
     unsigned long m_parent = 0, m_child = 0;
 };
 
@@ -334,14 +297,14 @@ TEST_F(GuideWarningTest, AForeignKeyAddedBeforeItsParentsKeyIsLeftOut) {
     const unsigned long early = m_builder.AddForeignKey(m_parent, m_child, "FK_EARLY", "PARENT", nullptr);
     EXPECT_EQ(m_builder.AddForeignKeyColumnPair(early, "P_ID", "P_ID", 1), 1);  // accepted nonetheless
     AddParentKey();
-    EXPECT_TRUE(Save(m_builder).foreignKeys.empty());
+    EXPECT_TRUE(Save().foreignKeys.empty());
 }
 
 TEST_F(GuideWarningTest, AForeignKeyWithoutPairsIsSavedWithoutColumns) {
     const unsigned long bare = m_builder.AddForeignKey(m_parent, m_child, "FK_BARE", "PARENT", nullptr);
     EXPECT_EQ(m_builder.AddForeignKeyColumnPair(bare, nullptr, "P_ID", 1), 0);  // the parent has no key yet
     AddParentKey();
-    const CModel model = Save(m_builder);
+    const CModel model = Save();
     ASSERT_EQ(model.foreignKeys.size(), 1u);
     EXPECT_TRUE(model.foreignKeys[0].pairs.empty());
 }
@@ -353,7 +316,7 @@ TEST_F(GuideWarningTest, TheForeignKeySetterAnswersOneForAnyCode) {
     EXPECT_EQ(m_builder.SetForeignKeyProperty(key, 999, 1), 1);
     EXPECT_EQ(m_builder.SetForeignKeyProperty(key + 1000, 77, 1), 0);
     EXPECT_EQ(m_builder.SetEntityProperty(m_child, 999, 1), 0);
-    const CModel model = Save(m_builder);
+    const CModel model = Save();
     ASSERT_EQ(model.foreignKeys.size(), 1u);
     EXPECT_EQ(model.foreignKeys[0].onDelete, 'N');
     EXPECT_EQ(model.foreignKeys[0].onUpdate, 'N');
@@ -392,23 +355,21 @@ TEST_F(GuideExampleTest, DefaultsAndRulesBindToColumnsAndUserDatatypes) {
     EXPECT_EQ(amount.length, 19);
     EXPECT_EQ(amount.scale, 4);
     EXPECT_EQ(amount.ruleId, 1u);
-    const CModelTable* invoice = Table(model, "INVOICE");
+    const CModelTable* invoice = FindTable(model, "INVOICE");
     ASSERT_NE(invoice, nullptr);
-    const CModelColumn* total = Column(*invoice, "TOTAL");
+    const CModelColumn* total = FindColumn(*invoice, "TOTAL");
     EXPECT_EQ(total->userDatatype, "Amount");
     EXPECT_EQ(total->datatype, "DC");
     EXPECT_EQ(total->width, 19);
-    EXPECT_EQ(Column(*invoice, "DISCOUNT")->defaultId, 1u);
-    EXPECT_EQ(Column(*invoice, "DISCOUNT")->datatype, "MN");
+    EXPECT_EQ(FindColumn(*invoice, "DISCOUNT")->defaultId, 1u);
+    EXPECT_EQ(FindColumn(*invoice, "DISCOUNT")->datatype, "MN");
 }
 
 TEST_F(GuideExampleTest, ChecksBelongToAColumnOrToTheTable) {
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
-    DescribeChecks(builder);
-    const unsigned long shipment = builder.FindEntity("SHIPMENT", nullptr, 0);
-    builder.AddCheckConstraint("CK_NOWHERE", "X > 0", shipment, "NO_SUCH_COLUMN", 0);
-    const CModel model = Save(builder);
+    DescribeChecks(m_builder);
+    const unsigned long shipment = m_builder.FindEntity("SHIPMENT", nullptr, 0);
+    m_builder.AddCheckConstraint("CK_NOWHERE", "X > 0", shipment, "NO_SUCH_COLUMN", 0);
+    const CModel model = Save();
     ASSERT_EQ(model.checks.size(), 2u);
     EXPECT_EQ(model.checks[0].name, "CK_SHIPMENT_QTY");
     EXPECT_EQ(model.checks[0].column, "QTY");
@@ -417,14 +378,12 @@ TEST_F(GuideExampleTest, ChecksBelongToAColumnOrToTheTable) {
 }
 
 TEST_F(GuideExampleTest, CodeObjectsKeepTheirTextsKindsAndReferences) {
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
-    DescribeCodeObjects(builder);
-    EXPECT_EQ(builder.AddReferencedObject(1, 2, 0, 0, 9999), 0u);
+    DescribeCodeObjects(m_builder);
+    EXPECT_EQ(m_builder.AddReferencedObject(1, 2, 0, 0, 9999), 0u);
     unsigned long table = 0;
-    EXPECT_NE(builder.FindTrigger("TRG_ORDERS_AUDIT", nullptr, table), 0u);
-    EXPECT_EQ(table, builder.FindEntity("ORDERS", nullptr, 0));
-    const CModel model = Save(builder);
+    EXPECT_NE(m_builder.FindTrigger("TRG_ORDERS_AUDIT", nullptr, table), 0u);
+    EXPECT_EQ(table, m_builder.FindEntity("ORDERS", nullptr, 0));
+    const CModel model = Save();
     ASSERT_EQ(model.triggers.size(), 1u);
     EXPECT_EQ(model.triggers[0].kind, 2);
     ASSERT_GE(model.triggers[0].table, 0);
@@ -441,11 +400,9 @@ TEST_F(GuideExampleTest, CodeObjectsKeepTheirTextsKindsAndReferences) {
 }
 
 TEST_F(GuideExampleTest, PartitionsCarryTheirLimitsAndStorageObjectsTheirKinds) {
-    CVrnAPI builder;
-    ASSERT_EQ(builder.Initialize(47, nullptr), 1);
-    DescribePartitions(builder);
-    const CModel model = Save(builder);
-    const CModelTable* sales = Table(model, "SALES_FACT");
+    DescribePartitions(m_builder);
+    const CModel model = Save();
+    const CModelTable* sales = FindTable(model, "SALES_FACT");
     ASSERT_NE(sales, nullptr);
     ASSERT_EQ(sales->partitions.size(), 2u);
     const CModelPartition& first = model.partitions[sales->partitions[0]];
@@ -493,8 +450,7 @@ TEST_F(GuideExampleTest, BuildersOnSeveralThreadsMakeTheSameModel) {
     std::vector<CModel> models(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         EXPECT_EQ(errors[i], "");
-        std::string error;
-        ASSERT_TRUE(ReadModelFile(paths[i], models[i], error)) << error;
+        models[i] = ReadModel(paths[i]);
     }
     EXPECT_EQ(models[0].tables.size(), 100u);
     for (int i = 1; i < kThreads; ++i) EXPECT_TRUE(CompareModels(models[0], models[i]).empty()) << i;

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "ModelFileReader.h"
+#include "SavedModel.h"
 
 namespace {
 
@@ -168,9 +169,7 @@ TEST_F(ReferenceTest, ForeignKeyPropertyCodes) {
     }
     const std::string path = m_dir.File("keys.vrn");
     m_builder.SaveToFile(path.c_str());
-    CModel model;
-    std::string error;
-    ASSERT_TRUE(ReadModelFile(path, model, error)) << error;
+    const CModel model = ReadModel(path);
     ASSERT_EQ(model.foreignKeys.size(), codeOfName.size());
     std::set<std::string> changed;
     for (const CModelForeignKey& foreignKey : model.foreignKeys)
@@ -316,9 +315,7 @@ TEST(Reference, HostTextsAreThoseTheLibraryAsksFor) {
         used[parts.at(0)] = placeholders;
     };
     for (POSITION pos = messages.GetHeadPosition(); pos;) note(messages.GetNext(pos).GetString());
-    CModel model;
-    std::string error;
-    ASSERT_TRUE(ReadModelFile(path, model, error)) << error;
+    const CModel model = ReadModel(path);
     note(model.product);
     note(model.modelName);
     note(model.diagramName);

@@ -22,6 +22,7 @@
 #include <VrnReader.h>
 
 #include "ModelFileReader.h"
+#include "SavedModel.h"
 
 namespace {
 
@@ -143,13 +144,7 @@ CModel Read(const std::function<void(CVrnAPI&)>& build) {
     CScratchDir dir;
     CVrnAPI builder;
     build(builder);
-    const std::string path = dir.File("model.vrn");
-    builder.SaveToFile(path.c_str());
-    EXPECT_STREQ(builder.GetVrnFile()->GetLastError(), "");
-    CModel model;
-    std::string error;
-    EXPECT_TRUE(ReadModelFile(path, model, error)) << error;
-    return model;
+    return SaveAndRead(builder, dir.File("model.vrn"));
 }
 
 CModel ReadSales(const CBuild& how) {
@@ -162,18 +157,7 @@ const CModel& Sales() {
     return model;
 }
 
-// Every field of a change but Describe's text, on one line.
-std::string Line(const CModelChange& change) {
-    static const char* const kinds[] = {"Added", "Dropped", "Changed"};
-    return std::string(kinds[static_cast<int>(change.change)]) + "|" + change.object + "|" + change.field + "|" +
-           change.before + "|" + change.after;
-}
-
-Strings Lines(const std::vector<CModelChange>& changes) {
-    Strings lines;
-    for (const CModelChange& change : changes) lines.push_back(Line(change));
-    return lines;
-}
+Strings Lines(const std::vector<CModelChange>& changes) { return ChangeLines(changes); }
 
 // The changes from the sales model to a copy changed by `edit`.
 Strings ChangesAfter(const std::function<void(CModel&)>& edit, const CCompareOptions& options = {}) {
