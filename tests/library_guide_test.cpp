@@ -373,6 +373,7 @@ TEST_F(GuideExampleTest, ChecksBelongToAColumnOrToTheTable) {
     ASSERT_EQ(model.checks.size(), 2u);
     EXPECT_EQ(model.checks[0].name, "CK_SHIPMENT_QTY");
     EXPECT_EQ(model.checks[0].column, "QTY");
+    EXPECT_EQ(model.checks[0].text, "QTY > 0");
     EXPECT_EQ(model.checks[1].text, "SHIPPED >= ORDERED");
     EXPECT_EQ(model.checks[1].column, "");
 }
